@@ -28,8 +28,8 @@ class InputError : public std::runtime_error {
 /// Text values under keys, in the order in which they came. A key that stands twice reads as the last.
 class Labels {
   public:
-    /// Empty when the key is absent.
-    std::string get(const std::string& key) const;
+    /// Empty when the key is absent. The reference stays good until the labels change.
+    const std::string& get(const std::string& key) const;
     /// An empty value removes the key.
     void set(const std::string& key, const std::string& value);
     const std::vector<std::pair<std::string, std::string>>& pairs() const { return pairs_; }
@@ -281,6 +281,8 @@ class Document {
     Page& addPage(Spread& spread);
     /// Adds a layer on top, and its spread layer to every spread that exists.
     Layer& addLayer(const std::string& layerName);
+    /// The two root styles "[No paragraph style]" and "[No character style]" exist from the start: adding one of them
+    /// gives the one that is there, under its new `self`. Name and `self` of a style stay as they were given here.
     Style& addStyle(StyleKind kind, const std::string& styleName, const std::string& self = {});
     /// Puts an item on top of the items of a layer of a spread.
     void placeOnSpread(PageItem& item, Spread& spread, const Layer& layer);
@@ -302,6 +304,7 @@ class Document {
     const SpreadLayer* spreadLayer(Uid uid) const;
     Style* style(Uid uid);
     const Style* style(Uid uid) const;
+    /// The first style that was added under this name.
     const Style* styleNamed(StyleKind kind, const std::string& styleName) const;
     const Style* styleWithSelf(const std::string& self) const;
     PageItem* itemWithSelf(const std::string& self);
@@ -322,12 +325,14 @@ class Document {
     Uid frameOfMultiColumn(Uid multiColumn) const;
     Uid frameOfTextColumn(Uid column) const;
 
-    /// The story's frames from the first to the last; empty for a story without one.
-    std::vector<Uid> framesOfStory(Uid storyUid) const;
+    /// The story's frames from the first to the last; empty for a story without one. A thread that runs in a circle
+    /// ends before its first repetition. The reference stays good until threads change.
+    const std::vector<Uid>& framesOfStory(Uid storyUid) const;
     /// Frames changed their thread or story: forget what framesOfStory remembered.
-    void threadsChanged() { threads_.clear(); }
+    void threadsChanged() { threadsKnown_ = false; }
 
-    // Formats: equal ones share an id.
+    // Formats: equal ones share an id; id 0 is the format without styles and overrides. The root styles count as no
+    // style (0). A reference stays good as long as the document.
     CharacterFormatId characterFormatId(const CharacterFormat& format);
     const CharacterFormat& characterFormat(CharacterFormatId id) const { return characterFormats_[id]; }
     ParagraphFormatId paragraphFormatId(const ParagraphFormat& format);
@@ -338,6 +343,8 @@ class Document {
     const ResolvedAttributes& resolved(ParagraphFormatId paragraph, CharacterFormatId character) const;
     /// Styles changed: forget what was resolved.
     void stylesChanged() { resolved_.clear(); }
+    /// Any style's own place in its chain, for who shows or edits styles; null where there is no parent of its kind.
+    const Style* parentOf(const Style& child) const;
 
     /// Object style chain, then the item's own.
     ItemAttributes itemAttributes(const PageItem& item) const;
@@ -357,11 +364,24 @@ class Document {
   private:
     struct Entry {
         Kind kind = Kind::None;
-        uint32_t owner = 0;   ///< of columns: their frame
-        uint32_t column = 0;
+        int32_t column = 0;      ///< of a text column
+        Uid frame = 0;           ///< of a column: its text frame
         void* object = nullptr;  ///< stands in one of the deques below
     };
+    /// Columns of one text frame: the multi-column frame and the text columns made so far.
+    struct Columns {
+        Uid multiColumn = 0;
+        std::vector<Uid> columns;
+    };
+
     Uid newUid(Kind kind, void* object);
+    Uid newColumnUid(Kind kind, Uid frame, int column);
+    void* objectOf(Uid uid, Kind kind) const;
+    SpreadLayer& addSpreadLayer(Spread& spread, Uid layer);
+    void takeFromContainer(const PageItem& item);
+    void unlinkFrame(const PageItem& item);
+    void findThreads() const;
+    std::vector<const Style*> chainOf(const Style* style) const;
 
     std::vector<Entry> entries_;
     std::deque<Story> storyStore_;
@@ -370,13 +390,20 @@ class Document {
     std::deque<Page> pageStore_;
     std::deque<SpreadLayer> spreadLayerStore_;
     std::deque<Style> styleStore_;
+    // Places of removed objects, used again: a merge places and removes a picture for each record.
+    std::vector<Story*> freeStories_;
+    std::vector<PageItem*> freeItems_;
     std::unordered_map<std::string, Uid> stylesBySelf_;
+    std::unordered_map<std::string, Uid> stylesByName_[5];  ///< by StyleKind
     std::unordered_map<std::string, Uid> itemsBySelf_;
-    std::map<std::pair<Uid, int>, Uid> columns_;
-    std::vector<CharacterFormat> characterFormats_;
-    std::vector<ParagraphFormat> paragraphFormats_;
+    std::unordered_map<Uid, Columns> columns_;
+    std::deque<CharacterFormat> characterFormats_;
+    std::deque<ParagraphFormat> paragraphFormats_;
+    std::unordered_multimap<size_t, CharacterFormatId> characterFormatIds_;  ///< by hash of the format
+    std::unordered_multimap<size_t, ParagraphFormatId> paragraphFormatIds_;
     mutable std::unordered_map<uint64_t, std::unique_ptr<ResolvedAttributes>> resolved_;
     mutable std::unordered_map<Uid, std::vector<Uid>> threads_;
+    mutable bool threadsKnown_ = false;
 };
 
 }  // namespace desk

@@ -51,8 +51,12 @@ struct StoryContent {
     std::vector<OwnedItem> ownedItems;                                ///< by position
 
     int32_t length() const { return static_cast<int32_t>(text.size()); }
+    /// Of the character there; empty runs don't count. A position outside takes the nearest character.
     CharacterFormatId characterFormatAt(int32_t position) const;
+    /// Of the paragraph that holds the character there.
     ParagraphFormatId paragraphFormatAt(int32_t position) const;
+    /// What text inserted at the position would take (see Story::insert).
+    CharacterFormatId characterFormatForInsertionAt(int32_t position) const;
     bool operator==(const StoryContent&) const = default;
 };
 
@@ -67,19 +71,23 @@ struct Story {
     /// Grows with every change of the content.
     uint64_t revision() const { return revision_; }
 
+    /// Shares the content until one side is edited. Null gives the empty story.
     void setContent(std::shared_ptr<const StoryContent> content);
 
     /// Inserts at a position between 0 and length-1 (before the terminal return at the latest; a position outside is
-    /// moved to the nearest). The text takes an empty run's format if one stands there, else the format of the character
-    /// before it, at 0 that of the first character. A carriage return in the text splits the paragraph, both halves
+    /// moved to the nearest). The text takes the format of the last empty run there (which then has length), else that
+    /// of the character before it, at 0 that of the first character. A carriage return in the text splits the paragraph, both halves
     /// keep its format.
     void insert(int32_t position, std::u16string_view text);
 
     /// Deletes what of the range lies before the terminal return. Where a paragraph's end goes, the joined paragraph
-    /// takes the format of the first unless nothing of the first is left.
+    /// takes the format of the first unless nothing of the first is left. Empty runs at the borders of the range stay,
+    /// those inside it go.
     void erase(int32_t position, int32_t length);
 
-    /// Sets the format of a range. A length of 0 leaves an empty run there, which the next insertion at that place takes.
+    /// Sets the format of a range, the terminal return included if the range reaches it. A length of 0 leaves an empty
+    /// run there (in place of the last empty run, where there are some), which the next insertion at that place takes.
+    /// Empty runs strictly inside a range go.
     void setCharacterFormat(int32_t position, int32_t length, CharacterFormatId format);
 
     /// Sets the format of every paragraph that the range touches.

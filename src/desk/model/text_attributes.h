@@ -53,6 +53,8 @@ struct TextAttributes {
     /// Drops every attribute that `other` has.
     void subtract(const TextAttributes& other);
     bool isEmpty() const;
+    /// Equal sets have equal hashes.
+    size_t hash() const;
     bool operator==(const TextAttributes&) const = default;
 };
 
