@@ -1,0 +1,51 @@
+# Every target does its own set-up: from a fresh Debian 12 machine to done.
+
+BUILD := build
+JOBS := $(shell nproc)
+CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=Release
+
+.PHONY: help demo build test sanitize lint fuzz bench packages clean
+
+help:
+	@sed -n 's/^## //p' $(MAKEFILE_LIST)
+
+packages:
+	@tools/install_packages.sh
+
+## make build     the program at build/vornaset
+build: packages
+	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >$(BUILD)-configure.log 2>&1 || { cat $(BUILD)-configure.log; exit 1; }
+	@rm -f $(BUILD)-configure.log
+	@cmake --build $(BUILD) -j $(JOBS)
+
+## make demo      the main job on samples/: 100 letters, and where they are
+demo: build
+	@tools/demo.sh $(BUILD)
+
+## make test      every test
+test: build
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+## make sanitize  every test under AddressSanitizer and UndefinedBehaviorSanitizer
+sanitize: packages
+	@cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVORNASET_SANITIZE=ON -DVORNASET_BENCH=OFF >/dev/null
+	@cmake --build build-sanitize -j $(JOBS)
+	@cd build-sanitize && ctest --output-on-failure -j $(JOBS)
+
+## make lint      clang-format and clang-tidy
+lint:
+	@tools/install_packages.sh tools/packages-lint.txt
+	@tools/lint.sh
+
+## make fuzz      each fuzz target for a minute (SECONDS_EACH=n for longer)
+fuzz:
+	@tools/install_packages.sh tools/packages-lint.txt
+	@tools/fuzz.sh
+
+## make bench     hot paths, and whole jobs against a base
+bench: build
+	@tools/bench.sh $(BUILD)
+
+## make clean     away with everything built
+clean:
+	@rm -rf build build-sanitize build-fuzz build-lint out
