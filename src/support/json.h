@@ -1,0 +1,31 @@
+#pragma once
+// JSON text (RFC 8259) of arrays and dictionaries. Errors go to the log.
+
+#include <cstdint>
+
+#include "support/values.h"
+
+namespace vornaset {
+
+/// Options for writing.
+inline constexpr uint64_t kCompactJson = 0;
+inline constexpr uint64_t kPrettyPrintedJson = 1;
+inline constexpr uint64_t kSortedKeysJson = 2;
+
+/// UTF-8 JSON of an array or a dictionary of texts, numbers, `Value::nothing()`, arrays and dictionaries. Keys stand in
+/// the dictionary's order unless sorting is asked for. Null for everything else, and for numbers that JSON doesn't have
+/// (infinities, not-a-number).
+Data jsonData(const Value& value, uint64_t options);
+/// The same as text; null when there are no bytes.
+String jsonString(const Value& value, uint64_t options);
+
+/// The array or dictionary of a JSON text, with mutable containers all through; null becomes `Value::nothing()`. Null
+/// for null data and for anything that is no JSON or whose root is neither.
+Value jsonObjWithData(const Data& data);
+Value jsonObjWithString(const String& text);
+
+/// The same if it is a dictionary, else null.
+Dictionary dictWithJsonData(const Data& data);
+Dictionary dictWithJsonData(const String& text);
+
+}  // namespace vornaset

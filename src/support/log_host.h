@@ -1,0 +1,14 @@
+#pragma once
+// Ready-made log lines for the host's own types.
+
+#include "host/api/types.h"
+#include "support/log.h"
+
+namespace vornaset {
+
+/// "%@: %.1f %.1f %.1f %.1f": the label, left, top, width, height.
+void logRect(const PMRect& rectangle, const String& label);
+/// "%@: %d"
+void log(UID uid, const String& label);
+
+}  // namespace vornaset
