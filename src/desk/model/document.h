@@ -343,7 +343,7 @@ class Document {
     const ResolvedAttributes& resolved(ParagraphFormatId paragraph, CharacterFormatId character) const;
     /// Styles changed: forget what was resolved.
     void stylesChanged() { resolved_.clear(); }
-    /// Any style's own place in its chain, for who shows or edits styles; null where there is no parent of its kind.
+    /// The style that another is based on, of the same kind; null where there is none.
     const Style* parentOf(const Style& child) const;
 
     /// Object style chain, then the item's own.
@@ -379,6 +379,7 @@ class Document {
     void* objectOf(Uid uid, Kind kind) const;
     SpreadLayer& addSpreadLayer(Spread& spread, Uid layer);
     void takeFromContainer(const PageItem& item);
+    void standUnder(PageItem& item, Uid spread, Uid layer);
     void unlinkFrame(const PageItem& item);
     void findThreads() const;
     std::vector<const Style*> chainOf(const Style* style) const;

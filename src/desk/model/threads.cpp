@@ -1,0 +1,113 @@
+// Frames and stories: the chain of frames that shows a story, and the columns that the border counts beside each frame.
+#include <algorithm>
+
+#include "desk/model/document.h"
+
+namespace desk {
+
+Uid Document::newColumnUid(Kind kind, Uid frame, int column) {
+    const Uid uid = newUid(kind, nullptr);
+    entries_[uid].frame = frame;
+    entries_[uid].column = column;
+    return uid;
+}
+
+Uid Document::multiColumnFrame(Uid textFrame) {
+    const PageItem* frame = item(textFrame);
+    if (!frame || frame->kind != ItemKind::TextFrame) return 0;
+    Columns& columns = columns_[textFrame];
+    if (columns.multiColumn == 0) columns.multiColumn = newColumnUid(Kind::MultiColumnFrame, textFrame, 0);
+    return columns.multiColumn;
+}
+
+Uid Document::textColumn(Uid textFrame, int column) {
+    const PageItem* frame = item(textFrame);
+    if (!frame || frame->kind != ItemKind::TextFrame || column < 0) return 0;
+    std::vector<Uid>& made = columns_[textFrame].columns;
+    while (made.size() <= static_cast<size_t>(column))
+        made.push_back(newColumnUid(Kind::TextColumn, textFrame, static_cast<int>(made.size())));
+    return made[static_cast<size_t>(column)];
+}
+
+Uid Document::frameOfMultiColumn(Uid multiColumn) const {
+    return kindOf(multiColumn) == Kind::MultiColumnFrame ? entries_[multiColumn].frame : 0;
+}
+
+Uid Document::frameOfTextColumn(Uid column) const {
+    return kindOf(column) == Kind::TextColumn ? entries_[column].frame : 0;
+}
+
+void Document::findThreads() const {
+    threads_.clear();
+    for (const PageItem& first : itemStore_) {
+        if (first.kind != ItemKind::TextFrame || !story(first.story) || threads_.contains(first.story)) continue;
+        // Walk back to the thread's start; a circle is entered where the walk began.
+        const PageItem* start = &first;
+        std::vector<Uid> seen{start->uid};
+        while (const PageItem* before = item(start->previousFrame)) {
+            if (before->story != first.story || std::find(seen.begin(), seen.end(), before->uid) != seen.end()) break;
+            start = before;
+            seen.push_back(before->uid);
+        }
+        if (const PageItem* before = item(start->previousFrame); before && before->story == first.story) start = &first;
+        std::vector<Uid>& thread = threads_[first.story];
+        for (const PageItem* next = start; next && next->story == first.story; next = item(next->nextFrame)) {
+            if (std::find(thread.begin(), thread.end(), next->uid) != thread.end()) break;
+            thread.push_back(next->uid);
+        }
+    }
+    threadsKnown_ = true;
+}
+
+const std::vector<Uid>& Document::framesOfStory(Uid storyUid) const {
+    static const std::vector<Uid> none;
+    if (!threadsKnown_) findThreads();
+    const auto found = threads_.find(storyUid);
+    return found == threads_.end() ? none : found->second;
+}
+
+void Document::unlinkFrame(const PageItem& frame) {
+    if (PageItem* before = item(frame.previousFrame)) before->nextFrame = frame.nextFrame;
+    if (PageItem* after = item(frame.nextFrame)) after->previousFrame = frame.previousFrame;
+    const auto columns = columns_.find(frame.uid);
+    if (columns != columns_.end()) {
+        if (columns->second.multiColumn != 0) entries_[columns->second.multiColumn] = Entry{};
+        for (Uid column : columns->second.columns) entries_[column] = Entry{};
+        columns_.erase(columns);
+    }
+    threadsChanged();
+}
+
+Matrix Document::toSpread(const PageItem& item) const {
+    Matrix matrix = item.transform;
+    int depth = 0;
+    for (const PageItem* parent = this->item(item.parent); parent && depth < 256; parent = this->item(parent->parent)) {
+        matrix = parent->transform.after(matrix);
+        ++depth;
+    }
+    return matrix;
+}
+
+Uid Document::pageOfItem(const PageItem& item) const {
+    const Spread* holder = spread(item.spread);
+    if (!holder) return 0;
+    const Rect bounds = toSpread(item).boundsOf(boundsOf(item.path));
+    const Point middle{(bounds.left + bounds.right) / 2, (bounds.top + bounds.bottom) / 2};
+    Uid nearest = 0;
+    double smallest = 0;
+    for (Uid uid : holder->pages) {
+        const Page* found = page(uid);
+        if (!found) continue;
+        const Rect rect = found->rectInSpread();
+        const double x = std::max({rect.left - middle.x, 0.0, middle.x - rect.right});
+        const double y = std::max({rect.top - middle.y, 0.0, middle.y - rect.bottom});
+        const double distance = x * x + y * y;
+        if (nearest == 0 || distance < smallest) {
+            nearest = uid;
+            smallest = distance;
+        }
+    }
+    return nearest;
+}
+
+}  // namespace desk
