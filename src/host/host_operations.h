@@ -1,0 +1,23 @@
+#pragma once
+// The steps that every wrapper of this layer shares: text into and out of the host, a database's document, a command on a
+// list of items.
+
+#include "host/api/host.h"
+#include "support/values.h"
+
+namespace vornaset {
+
+/// Text for the host's services. A null string gives an empty text.
+PMString pmString(const String& text);
+WideString wideString(const String& text);
+/// Text from the host; never null.
+String stringWithPMString(const PMString& text);
+
+/// The document of a database with a reference; null for a null database or one without a document.
+InterfacePtr<IDocument> documentOfDataBase(IDataBase* database);
+
+/// Makes a command of a class, gives it the items, processes it and gives its result. 0 when the host doesn't know the
+/// class.
+ErrorCode processOnItems(ClassID commandClass, const UIDList& items);
+
+}  // namespace vornaset
