@@ -189,12 +189,13 @@ void Document::takeFromContainer(const PageItem& item) {
         return;
     }
     if (item.spread != 0) return;
+    // A copied story shares the items of its source, so that several may hold this one.
     for (Uid uid : stories) {
         Story* holder = story(uid);
         for (const OwnedItem& owned : holder->content().ownedItems) {
             if (owned.item != item.uid) continue;
             holder->erase(owned.position, 1);
-            return;
+            break;
         }
     }
 }
@@ -210,6 +211,7 @@ void Document::removeItem(Uid uid) {
         for (Uid child : next->children)
             if (PageItem* found = item(child)) waiting.push_back(found);
         if (next->kind == ItemKind::TextFrame) unlinkFrame(*next);
+        removeBeside(next->uid);
         if (!next->self.empty()) itemsBySelf_.erase(next->self);
         entries_[next->uid] = Entry{};
         *next = PageItem{};
@@ -222,7 +224,9 @@ void Document::removeStory(Uid uid) {
     Story* removed = story(uid);
     if (!removed) return;
     const std::vector<OwnedItem> owned = removed->content().ownedItems;
-    for (const OwnedItem& ownedItem : owned) removeItem(ownedItem.item);
+    removed->setContent(nullptr);
+    for (const OwnedItem& ownedItem : owned)
+        if (storyHolding(ownedItem.item) == 0) removeItem(ownedItem.item);
     for (PageItem& frame : itemStore_)
         if (frame.story == uid) frame.story = 0;
     removeUid(stories, uid);

@@ -266,7 +266,8 @@ class Document {
 
     /// An object that only a Uid names: what kind it is and where it stands.
     enum class Kind : uint8_t {
-        None, Root, Workspace, Spread, Page, Layer, SpreadLayer, Item, MultiColumnFrame, TextColumn, Story, Style
+        None, Root, Workspace, Spread, Page, Layer, SpreadLayer, Item, MultiColumnFrame, TextColumn, AnchoredObject, Story,
+        Style
     };
     Kind kindOf(Uid uid) const;
 
@@ -315,7 +316,7 @@ class Document {
 
     /// Removes an item with everything in it, wherever it stands.
     void removeItem(Uid uid);
-    /// Removes a story; frames that showed it show none.
+    /// Removes a story with the items that stand in its text and in no other's; frames that showed it show none.
     void removeStory(Uid uid);
 
     // Text frames. The border counts one multi-column frame and, for each column, one text column beside every text
@@ -324,6 +325,11 @@ class Document {
     Uid textColumn(Uid textFrame, int column);
     Uid frameOfMultiColumn(Uid multiColumn) const;
     Uid frameOfTextColumn(Uid column) const;
+    /// The border counts an object of its own between a story and an item that stands in its text.
+    Uid anchoredObject(Uid item);
+    Uid itemOfAnchoredObject(Uid anchored) const;
+    /// The first story whose text holds the item; 0 for none.
+    Uid storyHolding(Uid item) const;
 
     /// The story's frames from the first to the last; empty for a story without one. A thread that runs in a circle
     /// ends before its first repetition. The reference stays good until threads change.
@@ -342,7 +348,12 @@ class Document {
     /// The reference stays good as long as the document and its styles stay as they are.
     const ResolvedAttributes& resolved(ParagraphFormatId paragraph, CharacterFormatId character) const;
     /// Styles changed: forget what was resolved.
-    void stylesChanged() { resolved_.clear(); }
+    void stylesChanged() {
+        resolved_.clear();
+        ++styleRevision_;
+    }
+    /// Grows with every stylesChanged().
+    uint64_t styleRevision() const { return styleRevision_; }
     /// The style that another is based on, of the same kind; null where there is none.
     const Style* parentOf(const Style& child) const;
 
@@ -364,23 +375,24 @@ class Document {
   private:
     struct Entry {
         Kind kind = Kind::None;
-        int32_t column = 0;      ///< of a text column
-        Uid frame = 0;           ///< of a column: its text frame
+        Uid frame = 0;           ///< of a column or an anchored object: the page item it belongs to
         void* object = nullptr;  ///< stands in one of the deques below
     };
-    /// Columns of one text frame: the multi-column frame and the text columns made so far.
-    struct Columns {
+    /// What the border counts beside one page item, as far as it was asked for.
+    struct BesideItem {
         Uid multiColumn = 0;
         std::vector<Uid> columns;
+        Uid anchored = 0;
     };
 
     Uid newUid(Kind kind, void* object);
-    Uid newColumnUid(Kind kind, Uid frame, int column);
+    Uid newUidBeside(Kind kind, Uid item);
     void* objectOf(Uid uid, Kind kind) const;
     SpreadLayer& addSpreadLayer(Spread& spread, Uid layer);
     void takeFromContainer(const PageItem& item);
     void standUnder(PageItem& item, Uid spread, Uid layer);
     void unlinkFrame(const PageItem& item);
+    void removeBeside(Uid item);
     void findThreads() const;
     std::vector<const Style*> chainOf(const Style* style) const;
 
@@ -397,7 +409,7 @@ class Document {
     std::unordered_map<std::string, Uid> stylesBySelf_;
     std::unordered_map<std::string, Uid> stylesByName_[5];  ///< by StyleKind
     std::unordered_map<std::string, Uid> itemsBySelf_;
-    std::unordered_map<Uid, Columns> columns_;
+    std::unordered_map<Uid, BesideItem> beside_;
     std::deque<CharacterFormat> characterFormats_;
     std::deque<ParagraphFormat> paragraphFormats_;
     std::unordered_multimap<size_t, CharacterFormatId> characterFormatIds_;  ///< by hash of the format
@@ -405,6 +417,7 @@ class Document {
     mutable std::unordered_map<uint64_t, std::unique_ptr<ResolvedAttributes>> resolved_;
     mutable std::unordered_map<Uid, std::vector<Uid>> threads_;
     mutable bool threadsKnown_ = false;
+    uint64_t styleRevision_ = 0;
 };
 
 }  // namespace desk

@@ -5,27 +5,25 @@
 
 namespace desk {
 
-Uid Document::newColumnUid(Kind kind, Uid frame, int column) {
+Uid Document::newUidBeside(Kind kind, Uid item) {
     const Uid uid = newUid(kind, nullptr);
-    entries_[uid].frame = frame;
-    entries_[uid].column = column;
+    entries_[uid].frame = item;
     return uid;
 }
 
 Uid Document::multiColumnFrame(Uid textFrame) {
     const PageItem* frame = item(textFrame);
     if (!frame || frame->kind != ItemKind::TextFrame) return 0;
-    Columns& columns = columns_[textFrame];
-    if (columns.multiColumn == 0) columns.multiColumn = newColumnUid(Kind::MultiColumnFrame, textFrame, 0);
-    return columns.multiColumn;
+    Uid& made = beside_[textFrame].multiColumn;
+    if (made == 0) made = newUidBeside(Kind::MultiColumnFrame, textFrame);
+    return made;
 }
 
 Uid Document::textColumn(Uid textFrame, int column) {
     const PageItem* frame = item(textFrame);
     if (!frame || frame->kind != ItemKind::TextFrame || column < 0) return 0;
-    std::vector<Uid>& made = columns_[textFrame].columns;
-    while (made.size() <= static_cast<size_t>(column))
-        made.push_back(newColumnUid(Kind::TextColumn, textFrame, static_cast<int>(made.size())));
+    std::vector<Uid>& made = beside_[textFrame].columns;
+    while (made.size() <= static_cast<size_t>(column)) made.push_back(newUidBeside(Kind::TextColumn, textFrame));
     return made[static_cast<size_t>(column)];
 }
 
@@ -35,6 +33,34 @@ Uid Document::frameOfMultiColumn(Uid multiColumn) const {
 
 Uid Document::frameOfTextColumn(Uid column) const {
     return kindOf(column) == Kind::TextColumn ? entries_[column].frame : 0;
+}
+
+Uid Document::anchoredObject(Uid itemUid) {
+    if (!item(itemUid)) return 0;
+    Uid& made = beside_[itemUid].anchored;
+    if (made == 0) made = newUidBeside(Kind::AnchoredObject, itemUid);
+    return made;
+}
+
+Uid Document::itemOfAnchoredObject(Uid anchored) const {
+    return kindOf(anchored) == Kind::AnchoredObject ? entries_[anchored].frame : 0;
+}
+
+Uid Document::storyHolding(Uid itemUid) const {
+    for (Uid uid : stories)
+        for (const OwnedItem& owned : story(uid)->content().ownedItems)
+            if (owned.item == itemUid) return uid;
+    return 0;
+}
+
+void Document::removeBeside(Uid itemUid) {
+    const auto found = beside_.find(itemUid);
+    if (found == beside_.end()) return;
+    // Entry 0 names nothing, so that what was never asked for needs no test.
+    entries_[found->second.multiColumn] = Entry{};
+    entries_[found->second.anchored] = Entry{};
+    for (Uid column : found->second.columns) entries_[column] = Entry{};
+    beside_.erase(found);
 }
 
 void Document::findThreads() const {
@@ -69,12 +95,6 @@ const std::vector<Uid>& Document::framesOfStory(Uid storyUid) const {
 void Document::unlinkFrame(const PageItem& frame) {
     if (PageItem* before = item(frame.previousFrame)) before->nextFrame = frame.nextFrame;
     if (PageItem* after = item(frame.nextFrame)) after->previousFrame = frame.previousFrame;
-    const auto columns = columns_.find(frame.uid);
-    if (columns != columns_.end()) {
-        if (columns->second.multiColumn != 0) entries_[columns->second.multiColumn] = Entry{};
-        for (Uid column : columns->second.columns) entries_[column] = Entry{};
-        columns_.erase(columns);
-    }
     threadsChanged();
 }
 

@@ -28,6 +28,7 @@ inline constexpr PMIID IID_ITEXTMODEL{30};
 inline constexpr PMIID IID_ITEXTFRAMELIST{31};
 inline constexpr PMIID IID_IFRAMELISTCOMPOSER{32};
 inline constexpr PMIID IID_IOWNEDITEMSTRAND{33};
+inline constexpr PMIID IID_IANCHOREDOBJECT{34};
 inline constexpr PMIID IID_IPARAGRAPHSTYLENAMETABLE{40};
 inline constexpr PMIID IID_ICHARACTERSTYLENAMETABLE{41};
 inline constexpr PMIID IID_ITABLESTYLENAMETABLE{42};
@@ -55,6 +56,7 @@ inline constexpr ClassID kMultiColumnFrameBoss{10};
 inline constexpr ClassID kTextColumnBoss{11};
 inline constexpr ClassID kTextStoryBoss{12};
 inline constexpr ClassID kStyleBoss{13};
+inline constexpr ClassID kAnchoredObjectBoss{15};  ///< stands in a story's text and holds one page item
 inline constexpr ClassID kPDFExportBoss{14};  ///< carries every registered export provider
 
 // Classes of commands

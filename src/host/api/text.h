@@ -68,10 +68,18 @@ struct OwnedItemRecord {
     UID item;
 };
 
+/// What stands in the text and holds a page item: its presence is the statement. The object's IHierarchy has the item
+/// as its one child.
+class IAnchoredObject : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IANCHOREDOBJECT;
+};
+
 /// What is anchored in the text. Present on a story that holds anything.
 class IOwnedItemStrand : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_IOWNEDITEMSTRAND;
+    /// Appends the anchored objects from start up to and including end, in text order.
     virtual void CollectOwnedItems(int32_t start, int32_t end, K2Vector<OwnedItemRecord>& items) = 0;
 };
 

@@ -120,6 +120,41 @@ TEST(Document, RemovedOwnedItemTakesItsCharacter) {
     EXPECT_TRUE(story.content().ownedItems.empty());
 }
 
+TEST(Document, RemovedCopyOfAStoryLeavesTheItemsThatItShares) {
+    Document document;
+    Story& story = document.addStory();
+    PageItem& item = document.addItem(ItemKind::Rectangle);
+    const Uid uid = item.uid;
+    auto content = std::make_shared<StoryContent>();
+    content->text = u"\uFFFC\r";
+    content->ownedItems = {{0, uid}};
+    story.setContent(content);
+    Story& copy = document.addStory();
+    copy.setContent(story.sharedContent());
+    const Uid anchored = document.anchoredObject(uid);
+    EXPECT_EQ(document.itemOfAnchoredObject(anchored), uid);
+    document.removeStory(copy.uid);
+    EXPECT_NE(document.item(uid), nullptr);
+    document.removeStory(story.uid);
+    EXPECT_EQ(document.item(uid), nullptr);
+    EXPECT_EQ(document.itemOfAnchoredObject(anchored), 0u);
+}
+
+TEST(Document, ItemHeldByTwoStoriesGoesFromBoth) {
+    Document document;
+    PageItem& item = document.addItem(ItemKind::Rectangle);
+    auto content = std::make_shared<StoryContent>();
+    content->text = u"a\uFFFC\r";
+    content->ownedItems = {{1, item.uid}};
+    Story& first = document.addStory();
+    first.setContent(content);
+    Story& second = document.addStory();
+    second.setContent(content);
+    document.removeItem(item.uid);
+    EXPECT_EQ(first.content().text, u"a\r");
+    EXPECT_EQ(second.content().text, u"a\r");
+}
+
 TEST(Document, RemovedStoryLeavesItsFramesEmpty) {
     OnePage one;
     Story& story = one.document.addStory();
