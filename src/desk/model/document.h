@@ -205,6 +205,7 @@ struct Page {
     Matrix masterTransform;
     std::vector<std::string> overriddenMasterItems;  ///< selves of master items that this page replaces
     Rect margins;           ///< distances from the page's edges, points
+    std::string sectionMarker;  ///< text of marker::sectionMarker on this page
 
     Rect rectInSpread() const { return transform.boundsOf(bounds); }
 };
@@ -308,6 +309,8 @@ class Document {
     /// The first style that was added under this name.
     const Style* styleNamed(StyleKind kind, const std::string& styleName) const;
     const Style* styleWithSelf(const std::string& self) const;
+    /// All styles of all kinds, in the order in which they were added.
+    const std::deque<Style>& styles() const { return styleStore_; }
     PageItem* itemWithSelf(const std::string& self);
     const Swatch* swatch(const std::string& self) const;
 
