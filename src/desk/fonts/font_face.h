@@ -37,11 +37,12 @@ struct ShapingRequest {
 
 enum class OutlineFormat { TrueType, CFF };
 
-/// What may be embedded: the parts of OS/2 fsType that matter.
+/// A face cut down to some glyphs, as a PDF embeds it. A glyph's number in the subset is also its CID, for TrueType with an
+/// identity CIDToGIDMap, for CFF by itself.
 struct FontSubset {
     std::vector<uint8_t> file;               ///< for TrueType a font file, for CFF the bare CFF table
     OutlineFormat format = OutlineFormat::TrueType;
-    bool cidKeyed = false;                   ///< CFF only: the charset holds CIDs
+    bool cidKeyed = false;                   ///< CFF only: the font is CID-keyed; its CIDs are the glyph numbers
     std::vector<uint32_t> newGlyphOf;        ///< glyph of the subset for each glyph asked for, in the same order
 };
 
@@ -67,6 +68,8 @@ class FontFace {
     virtual bool isFixedPitch() const = 0;
     virtual bool isSerif() const = 0;
     virtual int weight() const = 0;          ///< 100..900
+    /// False when the maker forbids embedding (OS/2 fsType: restricted license, or bitmaps only).
+    virtual bool embeddingAllowed() const { return true; }
     /// Nominal advance without kerning, em/1000.
     virtual double glyphAdvance(uint32_t glyph) const = 0;
     /// 0 when the face doesn't have the character.

@@ -16,19 +16,28 @@ struct FontReplacement {
     bool operator==(const FontReplacement&) const = default;
 };
 
+enum class MachineFonts { Use, Ignore };
+
+/// Thread: one at a time; faces, once given out, may be used from any thread.
 class FontLibrary {
   public:
-    FontLibrary();
+    /// Lists the fonts of the machine without opening them. Ignore leaves only the folders added.
+    explicit FontLibrary(MachineFonts machineFonts = MachineFonts::Use);
     ~FontLibrary();
+    FontLibrary(const FontLibrary&) = delete;
+    FontLibrary& operator=(const FontLibrary&) = delete;
 
-    /// Adds every font file in a folder and its folders; they come before the machine's own.
+    /// Adds every font file in a folder and its folders (TrueType, OpenType, collections, WOFF, WOFF 2); they come before
+    /// the machine's own, and behind folders added before.
     /// Throws InputError for a folder that can't be read.
     void addFolder(const std::string& folder);
 
     /// The face of a family ("Liberation Serif") and style ("Bold Italic") as layout documents name them; names compare
-    /// without case, and a style's usual synonyms are known (Roman = Regular, Oblique = Italic). When the family is
-    /// missing, the nearest installed one stands in and is told by replacements(). Never null on a machine with any font;
-    /// throws InputError when there is none at all. The reference stays good as long as the library.
+    /// without case, and a style's usual synonyms are known (Roman = Regular, Oblique = Italic), as are files that divide
+    /// family and style elsewhere ("Montserrat Black" + "Regular"). When the family is missing, the nearest installed one
+    /// stands in: first those of the same widths or look by a fixed table, then by class (serif, sans, monospaced), guessed
+    /// from the name. When the style is missing, the family's nearest: slant, then width, then weight. Both are told by
+    /// replacements(). Throws InputError when there is no font at all. The reference stays good as long as the library.
     const FontFace& face(const std::string& family, const std::string& style);
 
     /// True when the family is there itself (in whatever style).
