@@ -7,7 +7,7 @@ namespace vornaset {
 
 /// True when something stands at the path or the folder was made, missing parents included.
 bool createDir(const String& path);
-/// True when nothing stands at the path any more; a missing item is no failure.
+/// True when nothing stands at the path any more; a missing item is no failure, a folder that isn't empty is one.
 bool removeFile(const String& path);
 
 }  // namespace vornaset

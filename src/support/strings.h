@@ -46,6 +46,8 @@ String stringWithInteger(int64_t number);
 Value numberWithInteger(int64_t number);
 /// The plain text of the number (see Number::text).
 String stringWithFloat(double number);
+/// The number that a text begins with, every "," taken for a ".", read in single precision and widened.
+double floatWithDecimalComma(const String& text);
 /// True when the lowest bit is clear.
 bool isEven(int64_t number);
 bool isNumber(const Value& value);
