@@ -198,6 +198,7 @@ uint8_t EnumAnchoredBoxes(ITextModel* story, AnchoredFrameCallback callback, int
     K2Vector<OwnedItemRecord> anchored;
     strand->CollectOwnedItems(start, end == -1 ? story->TotalLength() - 1 : end, anchored);
     for (const OwnedItemRecord& record : anchored) {
+        if (!InterfacePtr<IAnchoredObject>(storyRef.GetDataBase(), record.item)) continue;
         InterfacePtr<IHierarchy> anchor(storyRef.GetDataBase(), record.item);
         if (!anchor || anchor->GetChildCount() < 1) continue;
         UIDRef frame(storyRef.GetDataBase(), anchor->GetChildUID(0));
