@@ -1,0 +1,190 @@
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "companion/error.h"
+#include "companion/mapping_rules.h"
+#include "companion/problem_keeper.h"
+#include "companion/report.h"
+#include "companion/rows_view.h"
+#include "companion/run.h"
+#include "companion/template_check.h"
+#include "companion/workplace.h"
+#include "merge/merge_job.h"
+#include "placeholders/substitution.h"
+#include "support/pasteboard.h"
+
+namespace companion {
+namespace {
+
+bool isSameFile(const std::string& one, const std::string& other) {
+    std::error_code ignored;
+    return !one.empty() && !other.empty() && std::filesystem::equivalent(one, other, ignored);
+}
+
+void refuseOverwriting(const std::string& output, const std::string& input, const char* what) {
+    if (isSameFile(output, input))
+        throw Error("the output \"" + output + "\" is " + what + " itself; choose another name.");
+}
+
+void checkOutput(const std::string& output) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(output, ignored))
+        throw Error("the output \"" + output + "\" is a folder; name a file in it.");
+}
+
+class Warnings {
+  public:
+    Warnings(RunWatcher& watcher, RunResult& result) : watcher_(watcher), result_(result) {}
+
+    void add(const std::string& clause) {
+        result_.warnings.push_back(clause);
+        watcher_.warn(clause);
+    }
+
+    void addAll(const DataWarnings& warnings) {
+        for (const DataWarning& warning : warnings.kept) add("data: " + warning.text);
+        if (warnings.count > warnings.kept.size())
+            add("data: " + std::to_string(warnings.count - warnings.kept.size()) + " more warnings of this kind");
+    }
+
+    /// What a merge should say although nobody asked for a check: all that would print something unwanted.
+    void addAll(const TemplateCheck& check) {
+        for (const UnansweredPlaceholder& one : check.unanswered)
+            add("no column or rule answers the placeholder <<" + one.column + ">>");
+        for (const std::string& story : check.unnumberedStories)
+            add("story " + story + " has placeholders, but its first frame has no number: they are printed as they stand");
+        for (auto& [column, frame] : check.missingImageColumns)
+            add("frame " + frame + " takes its picture from the column \"" + column + "\", which the data lack");
+        for (auto& [style, record] : check.missingStyles)
+            add("the template lacks the character style \"" + style + "\" of record " + std::to_string(record));
+    }
+
+  private:
+    RunWatcher& watcher_;
+    RunResult& result_;
+};
+
+vornaset::Dictionary makeJob(std::shared_ptr<const DataTable> table, const MergePlan& plan, EmptyLines emptyLines) {
+    return vornaset::Dictionary::makeMutable({{u"rows", rowsView(std::move(table), plan.rows, plan.padding)},
+                                              {u"startNr", plan.startNr},
+                                              {u"offset", plan.offset},
+                                              {u"rmvEmptyLines", emptyLines == EmptyLines::Remove ? 1 : 0}});
+}
+
+/// A run leaves nothing behind for the next one in this process, however it ends.
+class PasteboardOfRun {
+  public:
+    PasteboardOfRun() { vornaset::Pasteboard::setPrivateSpace(); }
+    ~PasteboardOfRun() {
+        vornaset::cleanupFrameProcessing();
+        vornaset::Pasteboard::setPrivateSpace();
+    }
+    PasteboardOfRun(const PasteboardOfRun&) = delete;
+    PasteboardOfRun& operator=(const PasteboardOfRun&) = delete;
+
+    void post(const vornaset::Dictionary& job) {
+        vornaset::Pasteboard::withName(vornaset::kMergePasteboard).setPropertyList(job, vornaset::kMergeJobType);
+    }
+};
+
+void exportSets(Workplace& place, const std::string& output, std::uint64_t pageSets, RunWatcher& watcher,
+                RunResult& result) {
+    desk::ExportRequest request;
+    request.outputPath = output;
+    request.pageSets = pageSets;
+    request.progress = [&](const desk::ExportProgress& progress) {
+        return watcher.goesOn(progress.pagesDone, progress.pagesTotal) ? desk::ExportAnswer::GoOn
+                                                                       : desk::ExportAnswer::Stop;
+    };
+    watcher.writingBegins();
+    result.outcome = place.open().exportPdf(request) == desk::ExportOutcome::Finished ? RunOutcome::Finished
+                                                                                      : RunOutcome::Stopped;
+    result.pageSets = pageSets;
+    result.pages = pageSets * place.facts().pages.size();
+    for (const ReplacedFont& font : place.facts().replacedFonts) result.replacedFonts.emplace_back(font.asked, font.used);
+    result.missingCharacters = place.open().missingCharacters();
+}
+
+void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan,
+                   const vornaset::Dictionary& job, RunWatcher& watcher, RunResult& result) {
+    PasteboardOfRun pasteboard;
+    ProblemKeeper keeper(place.facts(), plan.rows, result.problems);
+    pasteboard.post(job);
+    try {
+        exportSets(place, output, plan.pageSets, watcher, result);
+    } catch (const desk::PlugInFailure& failure) {
+        if (!keeper.failure().empty()) throw Error(keeper.failure());
+        throw Error("the template \"" + place.facts().path + "\", page " + std::to_string(failure.pageIndex + 1) +
+                    " of the export: the merge failed: " + failure.what() + ".");
+    }
+}
+
+RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
+    for (const std::string& written : {options.outputPath, options.reportPath}) {
+        refuseOverwriting(written, options.openTemplate.path, "the template");
+        refuseOverwriting(written, options.dataPath, "the data file");
+        refuseOverwriting(written, options.rulesPath, "the rules file");
+    }
+    checkOutput(options.outputPath);
+    if (!options.reportPath.empty() && options.reportPath == options.outputPath)
+        throw Error("the report and the output have the same name, \"" + options.outputPath + "\"; choose two.");
+
+    RunResult result;
+    Warnings warnings(watcher, result);
+    auto table = std::make_shared<const DataTable>(readDataFile(options.dataPath, options.data));
+    std::vector<MappingRule> rules;
+    if (!options.rulesPath.empty()) rules = readRules(options.rulesPath);
+    warnings.addAll(table->warnings());
+
+    Workplace place(options.openTemplate);
+    MergePlan plan = planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
+    for (const std::string& warning : plan.warnings) warnings.add(warning);
+    warnings.addAll(checkTemplate(place.facts(), *table, rules));
+    std::unique_ptr<ReportFile> report;
+    if (!options.reportPath.empty()) report = std::make_unique<ReportFile>(options.reportPath);
+
+    vornaset::setupRules(ruleObjects(rules));
+    result.records = plan.records;
+    exportRecords(place, options.outputPath, plan, makeJob(std::move(table), plan, options.emptyLines), watcher, result);
+    if (report && result.outcome == RunOutcome::Finished) report->finish(reportText(options, result));
+    return result;
+}
+
+}  // namespace
+
+RunResult runMerge(const MergeOptions& options, RunWatcher& watcher) {
+    return withOneKindOfError([&] { return merge(options, watcher); });
+}
+
+RunResult runExport(const TemplateOptions& options, const std::string& outputPath, RunWatcher& watcher) {
+    return withOneKindOfError([&] {
+        refuseOverwriting(outputPath, options.path, "the template");
+        checkOutput(outputPath);
+        RunResult result;
+        Workplace place(options);
+        PasteboardOfRun pasteboard;
+        exportSets(place, outputPath, 1, watcher, result);
+        return result;
+    });
+}
+
+CheckResult runCheck(const TemplateOptions& options, const std::string& dataPath, const DataOptions& data,
+                     const std::string& rulesPath) {
+    return withOneKindOfError([&] {
+        DataTable table = readDataFile(dataPath, data);
+        std::vector<MappingRule> rules;
+        if (!rulesPath.empty()) rules = readRules(rulesPath);
+        Workplace place(options);
+        TemplateCheck check = checkTemplate(place.facts(), table, rules);
+        CheckResult result{textOfCheck(check), check.isGood(), {}};
+        for (const DataWarning& warning : table.warnings().kept) result.warnings.push_back("data: " + warning.text);
+        return result;
+    });
+}
+
+std::string runInfo(const TemplateOptions& options) {
+    return withOneKindOfError([&] { return textOfFacts(Workplace(options).facts()); });
+}
+
+}  // namespace companion
