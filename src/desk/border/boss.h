@@ -63,6 +63,12 @@ class Boss {
     int64_t references_ = 0;
 };
 
+/// For a boss that has no interface of its own but the root one.
+class RootInterface : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IUNKNOWN;
+};
+
 /// A boss with these interfaces. A query compares a handful of numbers; the first interface answers for the root one.
 template <class First, class... Others>
 class BossOf : public Boss, public First, public Others... {
@@ -82,8 +88,8 @@ class BossOf : public Boss, public First, public Others... {
   protected:
     /// Without a reference. An object that has an interface only at times, or not by inheritance, says so here.
     virtual IPMUnknown* find(PMIID interfaceId) {
-        IPMUnknown* found = nullptr;
         if (interfaceId == First::kDefaultIID || interfaceId == IID_IUNKNOWN) return static_cast<First*>(this);
+        IPMUnknown* found = nullptr;
         (void)((interfaceId == Others::kDefaultIID && (found = static_cast<Others*>(this))) || ...);
         return found;
     }

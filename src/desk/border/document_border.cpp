@@ -73,7 +73,7 @@ IDocument* DocumentBorder::documentInterface() {
 }
 
 IDocumentLayer* DocumentBorder::queryHostLayer() {
-    return static_cast<IDocumentLayer*>(hostLayer_->query(IID_IDOCUMENTLAYER));
+    return hostLayer_ ? static_cast<IDocumentLayer*>(hostLayer_->query(IID_IDOCUMENTLAYER)) : nullptr;
 }
 
 void DocumentBorder::collectItem(Uid uid, std::vector<Uid>& found) const {
@@ -139,10 +139,13 @@ void DocumentBorder::close() {
 
 bool DocumentBorder::isHeld() const { return !retired_.empty(); }
 
+// The root styles don't count: what they say lies under every text anyway, and one of them may say everything.
 TextAttributes DocumentBorder::definedBy(Uid style) const {
     TextAttributes defined;
     const Style* link = document_->style(style);
-    for (int depth = 0; link && depth < 64; ++depth) {
+    constexpr int deepestChain = 64;
+    for (int depth = 0; link && depth < deepestChain; ++depth) {
+        if (link->name == "[No paragraph style]" || link->name == "[No character style]") break;
         defined.overlay(link->text);
         link = document_->parentOf(*link);
     }
