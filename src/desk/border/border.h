@@ -57,7 +57,7 @@ class Border final : public IHost {
 };
 
 /// The export providers of all plug-ins for the time of one export: one made of each registration that the border knows as
-/// an export provider, on an object of their own. They go with this object.
+/// an export provider, on an object of their own. They go with this object, which must not outlive the border.
 class ExportListeners {
   public:
     explicit ExportListeners(Border& border);
