@@ -1,0 +1,73 @@
+#include <csignal>
+#include <exception>
+#include <string>
+
+#include "cli/command_line.h"
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/interruption.h"
+
+namespace cli {
+namespace {
+
+int printOrFail(const std::string& text) {
+    if (print(text)) return exitDone;
+    printError("standard output can't be written.");
+    return exitFailed;
+}
+
+int stopped(const Console& console) {
+    printError("stopped after " + std::to_string(console.pagesDone()) + " of " + std::to_string(console.pagesTotal()) +
+               " pages; no file was written.");
+    return exitSignalBase + (notedSignal() ? notedSignal() : SIGINT);
+}
+
+int execute(const AnswerCommand& command) { return printOrFail(command.text); }
+
+int execute(const MergeCommand& command) {
+    Console console(command.verbosity);
+    companion::RunResult result = companion::runMerge(command.options, console);
+    console.runEnded();
+    if (result.outcome == companion::RunOutcome::Stopped) return stopped(console);
+    console.summary(result, command.options.outputPath, true);
+    return command.strictness == Strictness::Strict && !result.problems.empty() ? exitProblems : exitDone;
+}
+
+int execute(const ExportCommand& command) {
+    Console console(command.verbosity);
+    companion::RunResult result = companion::runExport(command.openTemplate, command.outputPath, console);
+    console.runEnded();
+    if (result.outcome == companion::RunOutcome::Stopped) return stopped(console);
+    console.summary(result, command.outputPath, false);
+    return exitDone;
+}
+
+int execute(const CheckCommand& command) {
+    companion::CheckResult result =
+        companion::runCheck(command.openTemplate, command.dataPath, command.data, command.rulesPath);
+    std::string text;
+    for (const std::string& warning : result.warnings) text += warning + "\n";
+    int status = printOrFail(text + result.text);
+    return status == exitDone && command.strictness == Strictness::Strict && !result.isGood ? exitProblems : status;
+}
+
+int execute(const InfoCommand& command) { return printOrFail(companion::runInfo(command.openTemplate)); }
+
+int run(int argumentCount, const char* const* arguments) {
+    try {
+        watchSignals();
+        Command command = parseCommandLine(argumentCount, arguments);
+        return std::visit([](const auto& chosen) { return execute(chosen); }, command);
+    } catch (const UsageError& error) {
+        printError(error.what());
+        return exitWrongUsage;
+    } catch (const std::exception& error) {
+        printError(error.what());
+        return exitFailed;
+    }
+}
+
+}  // namespace
+}  // namespace cli
+
+int main(int argumentCount, char** arguments) { return cli::run(argumentCount, arguments); }
