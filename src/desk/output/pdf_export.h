@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "desk/model/document.h"
 #include "desk/text/composer.h"
@@ -35,6 +36,9 @@ class PdfExport {
     void writePage(Uid page);
 
     uint64_t pagesWritten() const;
+
+    /// What was drawn simpler than the document asks (a stroke style that isn't known), each once, as sentences.
+    const std::vector<std::string>& simplifications() const;
 
     /// Writes what pages share, waits for everything to reach the disk and puts the file under its name.
     /// Throws InputError when that fails; then nothing stands under the name but what was there before.

@@ -1,0 +1,246 @@
+// The objects of an embedded face: Type0 fonts, their CMaps, the CIDFont over the subset file.
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "desk/model/document.h"
+#include "desk/output/cff_charset.h"
+#include "desk/output/font_embedder.h"
+
+namespace desk {
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+
+/// CMap of the codes and CIDFont agree on this character collection: the glyphs of one subset.
+constexpr std::string_view systemInfo = "<</Registry(Vornaset)/Ordering(Glyphs)/Supplement 0>>";
+
+/// At most so many entries in one section of a CMap.
+constexpr size_t sectionEntries = 100;
+
+void appendByte(ContentBuffer& out, uint8_t byte) {
+    out.append('<').append(hexDigits[byte >> 4]).append(hexDigits[byte & 15]).append('>');
+}
+
+void appendText(ContentBuffer& out, std::u16string_view text) {
+    out.append('<');
+    for (char16_t c : text)
+        for (int shift = 12; shift >= 0; shift -= 4) out.append(hexDigits[c >> shift & 15]);
+    out.append('>');
+}
+
+void openCMap(ContentBuffer& out, std::string_view name) {
+    out.append("/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n/CIDSystemInfo ").append(systemInfo);
+    out.append(" def\n/CMapName ").append(name).append(" def\n");
+}
+
+void closeCMap(ContentBuffer& out) {
+    out.append("endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n");
+}
+
+/// Six capital letters from the name and the glyphs: the same subset has the same tag.
+std::string subsetTag(const std::string& name, const std::vector<uint32_t>& glyphs) {
+    uint64_t hash = 0xCBF29CE484222325u;
+    const auto mix = [&hash](uint64_t value) { hash = (hash ^ value) * 0x100000001B3u; };
+    for (char c : name) mix(static_cast<unsigned char>(c));
+    for (uint32_t glyph : glyphs) mix(glyph);
+    std::string tag;
+    for (int i = 0; i < 6; ++i) {
+        tag += static_cast<char>('A' + hash % 26);
+        hash /= 26;
+    }
+    return tag + "+";
+}
+
+}  // namespace
+
+/// Writes what one face needs.
+class FontObjects {
+  public:
+    FontObjects(EmbeddedFace& embedded, PdfFile& file) : embedded_(embedded), face_(embedded.face_), file_(file) {}
+
+    void write() {
+        collectGlyphs();
+        makeSubset();
+        baseName_ = subsetTag(face_.postScriptName(), glyphs_) + face_.postScriptName();
+        const ObjectNumber descendant = writeDescendant(writeDescriptor(writeFontFile()));
+        for (const EmbeddedFace::Type0Font& font : embedded_.fonts_) writeType0(font, descendant);
+    }
+
+  private:
+    void collectGlyphs() {
+        for (const CodedGlyph& coded : embedded_.glyphs_) glyphs_.push_back(coded.glyph);
+        std::sort(glyphs_.begin(), glyphs_.end());
+        glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end()), glyphs_.end());
+    }
+
+    void makeSubset() {
+        try {
+            subset_ = face_.subset(glyphs_);
+            if (subset_.newGlyphOf.size() != glyphs_.size()) throw std::runtime_error("glyphs are missing in the subset");
+            if (subset_.format == OutlineFormat::CFF && subset_.cidKeyed) charset_ = cidsOfGlyphs(subset_.file);
+        } catch (const std::exception& failure) {
+            throw InputError("The font \"" + face_.family() + " " + face_.style() + "\" can't be embedded: " +
+                             failure.what() + ". Use another font in the document.");
+        }
+    }
+
+    /// The CID by which the CIDFont finds a glyph of the original face.
+    uint32_t cidOf(uint32_t glyph) const {
+        const auto place = std::lower_bound(glyphs_.begin(), glyphs_.end(), glyph);
+        const uint32_t inSubset = subset_.newGlyphOf[static_cast<size_t>(place - glyphs_.begin())];
+        return inSubset < charset_.size() ? charset_[inSubset] : inSubset;
+    }
+
+    ObjectNumber writeFontFile() {
+        const ObjectNumber number = file_.allocate();
+        ContentBuffer entries;
+        if (subset_.format == OutlineFormat::TrueType) {
+            entries.append("/Length1 ").integer(static_cast<int64_t>(subset_.file.size()));
+        } else {
+            entries.append("/Subtype/CIDFontType0C");
+        }
+        file_.writeStream(number, entries.view(),
+                          {reinterpret_cast<const char*>(subset_.file.data()), subset_.file.size()});
+        return number;
+    }
+
+    ObjectNumber writeDescriptor(ObjectNumber fontFile) {
+        constexpr int fixedPitch = 1, serif = 2, symbolic = 4, italic = 64;
+        int flags = symbolic;
+        if (face_.isFixedPitch()) flags |= fixedPitch;
+        if (face_.isSerif()) flags |= serif;
+        if (face_.italicAngle() != 0) flags |= italic;
+        ContentBuffer object;
+        object.append("<</Type/FontDescriptor/FontName").name(baseName_).append("/Flags ").integer(flags);
+        object.append("/FontBBox[");
+        for (int side = 0; side < 4; ++side) object.number(face_.boundingBox(side)).append(' ');
+        object.append("]/ItalicAngle ").number(face_.italicAngle()).append("/Ascent ").number(face_.ascent());
+        object.append("/Descent ").number(face_.descent()).append("/CapHeight ").number(face_.capHeight());
+        object.append("/XHeight ").number(face_.xHeight()).append("/StemV ").number(face_.stemV());
+        object.append(subset_.format == OutlineFormat::TrueType ? "/FontFile2 " : "/FontFile3 ");
+        object.integer(fontFile).append(" 0 R>>");
+        const ObjectNumber number = file_.allocate();
+        file_.writeObject(number, object.view());
+        return number;
+    }
+
+    /// Runs of consecutive CIDs share one array of widths.
+    void appendWidths(ContentBuffer& out) const {
+        std::vector<std::pair<uint32_t, double>> widths;
+        for (const CodedGlyph& coded : embedded_.glyphs_) widths.emplace_back(cidOf(coded.glyph), coded.width);
+        std::sort(widths.begin(), widths.end());
+        widths.erase(std::unique(widths.begin(), widths.end()), widths.end());
+        out.append("/DW 0/W[");
+        for (size_t i = 0; i < widths.size(); ++i) {
+            const bool goesOn = i > 0 && widths[i].first == widths[i - 1].first + 1;
+            if (!goesOn) out.append(i > 0 ? "]" : "").integer(widths[i].first).append('[');
+            out.number(widths[i].second).append(' ');
+        }
+        out.append(widths.empty() ? "]" : "]]");
+    }
+
+    ObjectNumber writeDescendant(ObjectNumber descriptor) {
+        const bool trueType = subset_.format == OutlineFormat::TrueType;
+        ContentBuffer object;
+        object.append("<</Type/Font/Subtype").append(trueType ? "/CIDFontType2" : "/CIDFontType0");
+        object.append("/BaseFont").name(baseName_).append("/CIDSystemInfo").append(systemInfo);
+        object.append("/FontDescriptor ").integer(descriptor).append(" 0 R");
+        if (trueType) object.append("/CIDToGIDMap/Identity");
+        appendWidths(object);
+        object.append(">>");
+        const ObjectNumber number = file_.allocate();
+        file_.writeObject(number, object.view());
+        return number;
+    }
+
+    void writeType0(const EmbeddedFace::Type0Font& font, ObjectNumber descendant) {
+        std::vector<const CodedGlyph*> byCode;
+        for (uint32_t index : font.glyphs) byCode.push_back(&embedded_.glyphs_[index]);
+        std::sort(byCode.begin(), byCode.end(), [](auto* a, auto* b) { return a->code < b->code; });
+        const ObjectNumber encoding = writeEncoding(font, byCode);
+        const ObjectNumber toUnicode = writeToUnicode(font, byCode);
+        ContentBuffer object;
+        object.append("<</Type/Font/Subtype/Type0/BaseFont").name(baseName_).append("/Encoding ").integer(encoding);
+        object.append(" 0 R/ToUnicode ").integer(toUnicode).append(" 0 R/DescendantFonts[").integer(descendant);
+        object.append(" 0 R]>>");
+        file_.writeObject(font.resource.object, object.view());
+    }
+
+    static std::string cMapName(const EmbeddedFace::Type0Font& font, std::string_view kind) {
+        return "/" + std::string(kind) + std::to_string(font.resource.name);
+    }
+
+    ObjectNumber writeEncoding(const EmbeddedFace::Type0Font& font, const std::vector<const CodedGlyph*>& byCode) {
+        struct Range {
+            uint8_t first, last;
+            uint32_t cid;
+        };
+        std::vector<Range> ranges;
+        for (const CodedGlyph* coded : byCode) {
+            const uint32_t cid = cidOf(coded->glyph);
+            if (!ranges.empty() && coded->code == ranges.back().last + 1 &&
+                cid == ranges.back().cid + (coded->code - ranges.back().first)) {
+                ranges.back().last = coded->code;
+            } else {
+                ranges.push_back({coded->code, coded->code, cid});
+            }
+        }
+        const std::string name = cMapName(font, "Codes");
+        ContentBuffer map;
+        openCMap(map, name);
+        map.append("/CMapType 1 def\n1 begincodespacerange\n<00> <FF>\nendcodespacerange\n");
+        for (size_t start = 0; start < ranges.size(); start += sectionEntries) {
+            const size_t end = std::min(ranges.size(), start + sectionEntries);
+            map.integer(static_cast<int64_t>(end - start)).append(" begincidrange\n");
+            for (size_t i = start; i < end; ++i) {
+                appendByte(map, ranges[i].first);
+                map.append(' ');
+                appendByte(map, ranges[i].last);
+                map.append(' ').integer(ranges[i].cid).append('\n');
+            }
+            map.append("endcidrange\n");
+        }
+        closeCMap(map);
+        const ObjectNumber number = file_.allocate();
+        const std::string entries = "/Type/CMap/CMapName" + name + "/CIDSystemInfo" + std::string(systemInfo);
+        file_.writeStream(number, entries, map.view());
+        return number;
+    }
+
+    ObjectNumber writeToUnicode(const EmbeddedFace::Type0Font& font, const std::vector<const CodedGlyph*>& byCode) {
+        std::vector<const CodedGlyph*> copied;
+        for (const CodedGlyph* coded : byCode)
+            if (!coded->copiesAs.empty()) copied.push_back(coded);
+        ContentBuffer map;
+        openCMap(map, cMapName(font, "Text"));
+        map.append("/CMapType 2 def\n1 begincodespacerange\n<00> <FF>\nendcodespacerange\n");
+        for (size_t start = 0; start < copied.size(); start += sectionEntries) {
+            const size_t end = std::min(copied.size(), start + sectionEntries);
+            map.integer(static_cast<int64_t>(end - start)).append(" beginbfchar\n");
+            for (size_t i = start; i < end; ++i) {
+                appendByte(map, copied[i]->code);
+                map.append(' ');
+                appendText(map, copied[i]->copiesAs);
+                map.append('\n');
+            }
+            map.append("endbfchar\n");
+        }
+        closeCMap(map);
+        const ObjectNumber number = file_.allocate();
+        file_.writeStream(number, "", map.view());
+        return number;
+    }
+
+    EmbeddedFace& embedded_;
+    const FontFace& face_;
+    PdfFile& file_;
+    std::vector<uint32_t> glyphs_;    ///< of the original face, rising
+    FontSubset subset_;
+    std::vector<uint32_t> charset_;   ///< CID of each glyph of a CID-keyed subset; else empty
+    std::string baseName_;
+};
+
+void EmbeddedFace::write(PdfFile& file) { FontObjects(*this, file).write(); }
+
+}  // namespace desk
