@@ -209,7 +209,9 @@ class Value {
     Value(Array array) : Value(array.isNull(), std::move(array)) {}
     Value(Dictionary dictionary) : Value(dictionary.isNull(), std::move(dictionary)) {}
     template <std::derived_from<Object> T>
-    Value(std::shared_ptr<T> object) : Value(object == nullptr, std::shared_ptr<Object>(std::move(object))) {}
+    Value(std::shared_ptr<T> object) {
+        if (object) held_ = std::shared_ptr<Object>(std::move(object));
+    }
 
     /// The object that stands for "nothing" inside a container, where no null may stand (JSON's null).
     static const Value& nothing();
@@ -252,9 +254,10 @@ class Value {
     bool isSameObject(const Value& other) const noexcept;
 
   private:
+    // By reference: whether the argument is absent may be asked before or after it is passed, but before it is moved.
     template <class T>
-    Value(bool absent, T held) {
-        if (!absent) held_ = std::move(held);
+    Value(bool absent, T&& held) {
+        if (!absent) held_ = std::forward<T>(held);
     }
 
     std::variant<std::monostate, String, Number, Data, Date, Array, Dictionary, std::shared_ptr<Object>> held_;
