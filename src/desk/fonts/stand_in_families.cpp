@@ -1,6 +1,7 @@
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include "desk/fonts/font_names.h"
 
@@ -60,6 +61,13 @@ const std::vector<StandIn>& standIns() {
         {"zapfchancery", {"Z003", "TeX Gyre Chorus"}},
         {"symbol", {"Standard Symbols PS"}},
         {"zapfdingbats", {"D050000L"}},
+        // Measured on 76 lines of running text: as long on average (-0.04 %), single lines off by 1.9 %. The old-style
+        // faces that look more like it are off by 1.7 % to 6 % and longer or shorter on the whole.
+        {"minion", {"Liberation Serif", "Tinos", "Linux Libertine Display O", "Caladea"}},
+        // Measured on 10 lines of bold capitals: off by 1.5 %; Liberation Sans 4.3 %.
+        {"raleway", {"Lato", "Open Sans"}},
+        {"gillsans", {"Gillius ADF", "Cabin", "Lato"}},
+        {"gillsansnova", {"Gillius ADF", "Cabin", "Lato"}},
         {"garamond", garamond},
         {"adobegaramond", garamond},
         {"verdana", screen},
@@ -78,8 +86,7 @@ const std::vector<StandIn>& standIns() {
 }
 
 // Letters by which makers tell their versions of one design apart.
-constexpr std::array<std::string_view, 10> kMakersLetters = {"pro", "std", "com", "psmt", "mt",
-                                                             "ms",  "lt",  "ps",  "bt",   "itc"};
+constexpr std::string_view kMakersLetters[] = {"pro", "std", "com", "psmt", "mt", "ms", "lt", "ps", "bt", "itc"};
 
 const StandIn* findStandIn(std::string key) {
     if (key.starts_with("itc")) key.erase(0, 3);
@@ -87,31 +94,32 @@ const StandIn* findStandIn(std::string key) {
         for (const StandIn& entry : standIns()) {
             if (entry.wanted == key) return &entry;
         }
-        const auto letters = std::find_if(kMakersLetters.begin(), kMakersLetters.end(),
+        const auto letters = std::find_if(std::begin(kMakersLetters), std::end(kMakersLetters),
                                           [&](std::string_view end) { return key.ends_with(end); });
-        if (letters == kMakersLetters.end()) return nullptr;
+        if (letters == std::end(kMakersLetters)) return nullptr;
         key.erase(key.size() - letters->size());
     }
     return nullptr;
 }
 
-constexpr std::array<std::string_view, 10> kMonospacedWords = {
-    "mono", "courier", "typewriter", "console", "consolas", "terminal", "menlo", "monaco", "code", "fixed"};
-constexpr std::array<std::string_view, 33> kSerifWords = {
-    "serif",   "roman",   "times",     "garamond", "bodoni",  "caslon",  "baskerville", "minion",  "palatino",
-    "georgia", "bookman", "century",   "schola",   "mincho",  "song",    "ming",        "didot",   "slab",
-    "antiqua", "bembo",   "sabon",     "utopia",   "charter", "cambria", "constantia",  "crimson", "gentium",
-    "termes",  "pagella", "clarendon", "rockwell", "c059",    "p052"};
+constexpr std::string_view kMonospacedWords[] = {"mono",     "courier", "typewriter", "console", "consolas",
+                                                 "terminal", "menlo",   "monaco",     "code",    "fixed"};
+constexpr std::string_view kSerifWords[] = {
+    "serif",   "roman",     "times",     "garamond", "bodoni",  "caslon",  "baskerville", "minion",  "palatino",
+    "georgia", "bookman",   "century",   "schola",   "mincho",  "song",    "mingliu",     "didot",   "slab",
+    "antiqua", "bembo",     "sabon",     "utopia",   "charter", "cambria", "constantia",  "crimson", "gentium",
+    "termes",  "pagella",   "clarendon", "rockwell", "c059",    "p052",    "kepler",      "publico", "simsun",
+    "batang",  "libertine", "vollkorn",  "caladea",  "tinos"};
 
 }  // namespace
 
 FontClass guessClass(std::string_view family) {
     const std::string key = nameKey(family);
     const auto contains = [&](std::string_view word) { return key.find(word) != std::string::npos; };
-    if (std::any_of(kMonospacedWords.begin(), kMonospacedWords.end(), contains)) return FontClass::Monospaced;
+    if (std::any_of(std::begin(kMonospacedWords), std::end(kMonospacedWords), contains)) return FontClass::Monospaced;
     if (contains("sans")) return FontClass::Sans;
     if (contains("centurygothic")) return FontClass::Sans;
-    if (std::any_of(kSerifWords.begin(), kSerifWords.end(), contains)) return FontClass::Serif;
+    if (std::any_of(std::begin(kSerifWords), std::end(kSerifWords), contains)) return FontClass::Serif;
     return FontClass::Sans;
 }
 
