@@ -22,9 +22,6 @@ inline std::string sharedFontFolder() {
     return std::filesystem::is_directory(folder) ? folder : std::string();
 }
 
-    return "/usr/share/fonts/truetype/liberation";
-}
-
 inline std::vector<ShapedGlyph> shape(const FontFace& face, std::u16string_view text,
                                       const std::vector<FontFeature>& features = {}) {
     ShapingRequest request;
