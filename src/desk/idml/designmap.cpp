@@ -12,7 +12,8 @@ void readVersion(Reading& reading, const XmlElement& root) {
     const std::string& version = attributeText(root, "DOMVersion");
     const auto number = toNumber(version);
     if (!number || *number < 1 || *number > 1000)
-        throw reading.failure(root.line, "the version " + quoted(version) + " of the format is unknown; export the document again.");
+        throw reading.failure(
+            root.line, "the version " + quoted(version) + " of the format is unknown; export the document again.");
     reading.domVersion = *number;
 }
 
@@ -30,7 +31,8 @@ void readObject(Reading& reading, const XmlElement& element) {
     if (element.name == "Condition")
         reading.conditions[attributeText(element, "Self")] = attributeAs(element, "Visible", toBoolean).value_or(true);
     if (element.name == "Section")
-        reading.sections.push_back({attributeText(element, "PageStart"), withoutKeyMark(attributeText(element, "Marker"))});
+        reading.sections.push_back(
+            {attributeText(element, "PageStart"), withoutKeyMark(attributeText(element, "Marker"))});
 }
 
 }  // namespace
@@ -47,9 +49,12 @@ void readDocumentElement(Reading& reading, const XmlElement& root) {
 PartList listParts(const XmlElement& root) {
     PartList parts;
     const std::unordered_map<std::string_view, std::vector<std::string>*> lists = {
-        {"idPkg:Graphic", &parts.graphic},           {"idPkg:Fonts", &parts.fonts},
-        {"idPkg:Styles", &parts.styles},             {"idPkg:Preferences", &parts.preferences},
-        {"idPkg:MasterSpread", &parts.masterSpreads}, {"idPkg:Spread", &parts.spreads},
+        {"idPkg:Graphic", &parts.graphic},
+        {"idPkg:Fonts", &parts.fonts},
+        {"idPkg:Styles", &parts.styles},
+        {"idPkg:Preferences", &parts.preferences},
+        {"idPkg:MasterSpread", &parts.masterSpreads},
+        {"idPkg:Spread", &parts.spreads},
         {"idPkg:Story", &parts.stories}};
     root.eachChild([&](const XmlElement& child) {
         const auto list = lists.find(child.name);

@@ -6,7 +6,8 @@ namespace desk {
 
 void readFonts(Reading& reading, const XmlElement& around) {
     around.eachChild([&](const XmlElement& family) {
-        const bool isComposite = family.name == "CompositeFont" && attributeText(family, "Name") != "$ID/[No composite font]";
+        const bool isComposite =
+            family.name == "CompositeFont" && attributeText(family, "Name") != "$ID/[No composite font]";
         if (isComposite)
             reading.note("the composite font " + quoted(attributeText(family, "Name")) + " isn't put together");
         if (family.name != "FontFamily") return;

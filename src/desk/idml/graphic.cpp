@@ -34,7 +34,8 @@ std::optional<ColorValue> colorValue(const std::string& space, const std::string
         return value;
     }
     if (n.size() != 3) return {};
-    if (space == "RGB") return ColorValue{ColorSpace::RGB, {within(n[0], 0, 255), within(n[1], 0, 255), within(n[2], 0, 255), 0}};
+    if (space == "RGB")
+        return ColorValue{ColorSpace::RGB, {within(n[0], 0, 255), within(n[1], 0, 255), within(n[2], 0, 255), 0}};
     if (space == "LAB")
         return ColorValue{ColorSpace::LAB, {within(n[0], 0, 100), within(n[1], -128, 127), within(n[2], -128, 127), 0}};
     if (space == "HSB") return rgbOfHsb(within(n[0], 0, 360), within(n[1], 0, 100), within(n[2], 0, 100));
@@ -48,7 +49,8 @@ void readColor(Reading& reading, const XmlElement& element, Swatch& swatch) {
                                             : SwatchKind::Process;
     const std::string& space = attributeText(element, "Space");
     const auto own = colorValue(space, attributeText(element, "ColorValue"));
-    const auto alternate = colorValue(attributeText(element, "AlternateSpace"), attributeText(element, "AlternateColorValue"));
+    const auto alternate =
+        colorValue(attributeText(element, "AlternateSpace"), attributeText(element, "AlternateColorValue"));
     // A spot colour prints its substitute in process colours if it has one; LAB is the more exact but not printable.
     const bool preferAlternate = swatch.kind == SwatchKind::Spot && space == "LAB" && alternate;
     const auto& chosen = preferAlternate ? alternate : own ? own : alternate;

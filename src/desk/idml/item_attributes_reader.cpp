@@ -96,7 +96,8 @@ void readInsets(const XmlElement& preference, TextFrameOptions& options) {
         sides.assign(4, all);
     }
     sides.resize(4);
-    std::optional<double>* fields[] = {&options.insetTop, &options.insetLeft, &options.insetBottom, &options.insetRight};
+    std::optional<double>* fields[] = {&options.insetTop, &options.insetLeft, &options.insetBottom,
+                                       &options.insetRight};
     for (size_t i = 0; i < 4; ++i)
         if (sides[i]) *fields[i] = *sides[i];
 }

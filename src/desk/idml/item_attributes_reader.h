@@ -1,6 +1,6 @@
 #pragma once
-// The look of page items as items and object styles carry it: paint, strokes, corners, transparency, text frame options,
-// text wrap, labels.
+// The look of page items as items and object styles carry it: paint, strokes, corners, transparency, text frame
+// options, text wrap, labels.
 
 #include "desk/idml/reading.h"
 

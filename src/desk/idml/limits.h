@@ -30,7 +30,7 @@ inline constexpr uint64_t inflationRatioFrom = 1u << 20;
 inline constexpr int xmlDepth = 256;
 
 /// Elements and attributes of one part: each costs some hundred bytes of memory.
-inline constexpr size_t xmlNodes = 4'000'000;
+inline constexpr size_t xmlNodes = 2'000'000;
 
 /// Page items of a document.
 inline constexpr size_t items = 500'000;

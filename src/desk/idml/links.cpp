@@ -10,8 +10,8 @@ void findStory(Reading& reading, const FrameLinks& links, PageItem& frame) {
     const auto story = reading.stories.find(links.story);
     if (story == reading.stories.end()) {
         reading.member = links.member;
-        throw reading.failure(links.line, "the text frame " + quoted(frame.self) + " shows the story " + quoted(links.story) +
-                                              ", which is missing; export the document again.");
+        throw reading.failure(links.line, "the text frame " + quoted(frame.self) + " shows the story " +
+                                              quoted(links.story) + ", which is missing; export the document again.");
     }
     frame.story = story->second;
 }
@@ -24,7 +24,8 @@ void join(Reading& reading, PageItem& frame, PageItem& next) {
     else if (frame.story != next.story)
         problem = "they show different stories";
     if (!problem.empty())
-        return reading.note("the thread from " + quoted(frame.self) + " to " + quoted(next.self) + " is cut: " + problem);
+        return reading.note("the thread from " + quoted(frame.self) + " to " + quoted(next.self) +
+                            " is cut: " + problem);
     frame.nextFrame = next.uid;
     next.previousFrame = frame.uid;
 }
@@ -33,7 +34,8 @@ PageItem* frameNamed(Reading& reading, const PageItem& frame, const std::string&
     if (id.empty()) return nullptr;
     PageItem* named = reading.document.itemWithSelf(id);
     if (named && named->kind == ItemKind::TextFrame) return named;
-    reading.note("the thread of the text frame " + quoted(frame.self) + " ends there: " + quoted(id) + " is no text frame");
+    reading.note("the thread of the text frame " + quoted(frame.self) + " ends there: " + quoted(id) +
+                 " is no text frame");
     return nullptr;
 }
 

@@ -52,7 +52,8 @@ bool looksLikeXml(std::string_view bytes) {
 
 uint32_t littleEndian(std::string_view bytes, size_t at, int count) {
     uint32_t value = 0;
-    for (int i = count - 1; i >= 0; --i) value = value << 8 | static_cast<unsigned char>(bytes[at + static_cast<size_t>(i)]);
+    for (int i = count - 1; i >= 0; --i)
+        value = value << 8 | static_cast<unsigned char>(bytes[at + static_cast<size_t>(i)]);
     return value;
 }
 
@@ -111,7 +112,8 @@ void Package::open() {
     }
     zip_error_t error;
     zip_error_init(&error);
-    zip_source_t* source = zip_source_buffer_create(bytes_.data(), bytes_.size(), 0, &error);
+    // The library takes no bytes at all for an empty archive.
+    zip_source_t* source = bytes_.empty() ? nullptr : zip_source_buffer_create(bytes_.data(), bytes_.size(), 0, &error);
     zip_t* zip = source ? zip_open_from_source(source, ZIP_RDONLY, &error) : nullptr;
     if (!zip) {
         if (source) zip_source_free(source);
@@ -152,14 +154,16 @@ std::string Package::read(const std::string& member) {
     const uint64_t stored = stat.valid & ZIP_STAT_COMP_SIZE ? std::min<uint64_t>(stat.comp_size, bytes_.size()) : 0;
     const std::unique_ptr<zip_file_t, decltype(&zip_fclose)> file(
         zip_fopen_index(archive_->zip, static_cast<zip_uint64_t>(index), 0), zip_fclose);
-    if (!file) throw InputError(where + "the member can't be opened (encrypted or damaged); export the document again.");
+    if (!file)
+        throw InputError(where + "the member can't be opened (encrypted or damaged); export the document again.");
     std::string bytes;
     char block[65536];
     zip_int64_t got = 0;
     while ((got = zip_fread(file.get(), block, sizeof block)) > 0) {
         bytes.append(block, static_cast<size_t>(got));
         inflated_ += static_cast<uint64_t>(got);
-        const bool bomb = bytes.size() > limits::inflationRatioFrom && bytes.size() / (stored + 1) > limits::inflationRatio;
+        const bool bomb =
+            bytes.size() > limits::inflationRatioFrom && bytes.size() / (stored + 1) > limits::inflationRatio;
         if (bomb || bytes.size() > limits::memberBytes || inflated_ > limits::inflatedBytes)
             throw InputError(where + "the member inflates beyond all measure; use a file from a source you trust.");
     }
@@ -189,7 +193,8 @@ std::string zipOf(std::span<const PackageMember> members) {
         }
         const bool stored = member.method == PackageMember::Method::Stored;
         zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), stored ? ZIP_CM_STORE : ZIP_CM_DEFLATE, 0);
-        zip_file_set_dostime(zip, static_cast<zip_uint64_t>(index), 0, 0x21, 0);  // 1 January 1980: same input, same bytes
+        zip_file_set_dostime(zip, static_cast<zip_uint64_t>(index), 0, 0x21,
+                             0);  // 1 January 1980: same input, same bytes
     }
     if (zip_close(zip) != 0) {
         zip_discard(zip);

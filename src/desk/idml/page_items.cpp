@@ -12,20 +12,31 @@ namespace desk {
 namespace {
 
 std::optional<ItemKind> kindOf(std::string_view element) {
-    static const std::unordered_map<std::string_view, ItemKind> kinds = {
-        {"Rectangle", ItemKind::Rectangle}, {"Oval", ItemKind::Oval},
-        {"Polygon", ItemKind::Polygon},     {"GraphicLine", ItemKind::GraphicLine},
-        {"TextFrame", ItemKind::TextFrame}, {"Group", ItemKind::Group},
-        {"Image", ItemKind::Graphic},       {"PDF", ItemKind::Graphic},
-        {"EPS", ItemKind::Graphic},         {"WMF", ItemKind::Graphic},
-        {"PICT", ItemKind::Graphic},        {"SVG", ItemKind::Graphic},
-        {"ImportedPage", ItemKind::Graphic}, {"EPSText", ItemKind::Unknown},
-        {"Button", ItemKind::Unknown},      {"MultiStateObject", ItemKind::Unknown},
-        {"CheckBox", ItemKind::Unknown},    {"ComboBox", ItemKind::Unknown},
-        {"ListBox", ItemKind::Unknown},     {"RadioButton", ItemKind::Unknown},
-        {"SignatureField", ItemKind::Unknown}, {"TextBox", ItemKind::Unknown},
-        {"Movie", ItemKind::Unknown},       {"Sound", ItemKind::Unknown},
-        {"HtmlItem", ItemKind::Unknown}};
+    static const std::unordered_map<std::string_view, ItemKind> kinds = {{"Rectangle", ItemKind::Rectangle},
+                                                                         {"Oval", ItemKind::Oval},
+                                                                         {"Polygon", ItemKind::Polygon},
+                                                                         {"GraphicLine", ItemKind::GraphicLine},
+                                                                         {"TextFrame", ItemKind::TextFrame},
+                                                                         {"Group", ItemKind::Group},
+                                                                         {"Image", ItemKind::Graphic},
+                                                                         {"PDF", ItemKind::Graphic},
+                                                                         {"EPS", ItemKind::Graphic},
+                                                                         {"WMF", ItemKind::Graphic},
+                                                                         {"PICT", ItemKind::Graphic},
+                                                                         {"SVG", ItemKind::Graphic},
+                                                                         {"ImportedPage", ItemKind::Graphic},
+                                                                         {"EPSText", ItemKind::Unknown},
+                                                                         {"Button", ItemKind::Unknown},
+                                                                         {"MultiStateObject", ItemKind::Unknown},
+                                                                         {"CheckBox", ItemKind::Unknown},
+                                                                         {"ComboBox", ItemKind::Unknown},
+                                                                         {"ListBox", ItemKind::Unknown},
+                                                                         {"RadioButton", ItemKind::Unknown},
+                                                                         {"SignatureField", ItemKind::Unknown},
+                                                                         {"TextBox", ItemKind::Unknown},
+                                                                         {"Movie", ItemKind::Unknown},
+                                                                         {"Sound", ItemKind::Unknown},
+                                                                         {"HtmlItem", ItemKind::Unknown}};
     const auto found = kinds.find(element);
     return found == kinds.end() ? std::nullopt : std::optional(found->second);
 }
@@ -76,7 +87,8 @@ TextWrap readWrap(const Document& document, const XmlElement& element, const Pag
 void readGraphic(const XmlElement& element, PageItem& item) {
     PlacedGraphic graphic;
     graphic.kind = std::string(element.name);
-    if (const XmlElement* link = element.child("Link")) graphic.uri = withoutKeyMark(attributeText(*link, "LinkResourceURI"));
+    if (const XmlElement* link = element.child("Link"))
+        graphic.uri = withoutKeyMark(attributeText(*link, "LinkResourceURI"));
     const XmlElement* properties = element.child("Properties");
     if (const XmlElement* bounds = properties ? properties->child("GraphicBounds") : nullptr) {
         const auto side = [&](std::string_view name) { return attributeAs(*bounds, name, toNumber).value_or(0); };
@@ -137,7 +149,9 @@ void readContent(Reading& reading, const XmlElement& element, PageItem& item) {
 
 }  // namespace
 
-bool isPageItem(std::string_view element) { return kindOf(element).has_value(); }
+bool isPageItem(std::string_view element) {
+    return kindOf(element).has_value();
+}
 
 PageItem& readPageItem(Reading& reading, const XmlElement& element) {
     if (++reading.itemCount > limits::items)

@@ -60,7 +60,8 @@ void readPackage(Reading& reading) {
     checkType(reading);
     reading.member = mapMember;
     if (!reading.package.has(mapMember))
-        throw reading.failure("this ZIP file isn't an IDML package (it has no designmap.xml); export the document as IDML.");
+        throw reading.failure(
+            "this ZIP file isn't an IDML package (it has no designmap.xml); export the document as IDML.");
     const XmlDocument map = XmlDocument::parse(reading.package.read(mapMember), reading.package.name(), mapMember);
     readDocumentElement(reading, map.root());
     const PartList parts = listParts(map.root());
@@ -104,8 +105,7 @@ std::unique_ptr<Document> read(std::shared_ptr<Package> package) {
         readSnippet(reading);
     else
         readPackage(reading);
-    if (document->pages().empty())
-        throw reading.failure("the document has no page; export the document again.");
+    if (document->pages().empty()) throw reading.failure("the document has no page; export the document again.");
     document->stylesChanged();
     document->modified = false;
     document->package = std::move(package);

@@ -13,7 +13,9 @@ InputError Reading::failure(int line, const std::string& sentence) const {
     return InputError(package.name() + ", " + member + ", line " + std::to_string(line) + ": " + sentence);
 }
 
-InputError Reading::failure(const std::string& sentence) const { return InputError(package.name() + ": " + sentence); }
+InputError Reading::failure(const std::string& sentence) const {
+    return InputError(package.name() + ": " + sentence);
+}
 
 std::string quoted(std::string_view text) {
     constexpr size_t longest = 80;

@@ -24,7 +24,7 @@ struct FrameLinks {
 };
 
 struct SectionStart {
-    std::string page;    ///< id of its first page
+    std::string page;  ///< id of its first page
     std::string marker;
 };
 
@@ -33,14 +33,14 @@ struct Reading {
 
     Document& document;
     Package& package;
-    std::string member;      ///< the part being read, for messages
-    double domVersion = 0;   ///< "16.0" is 16
+    std::string member;     ///< the part being read, for messages
+    double domVersion = 0;  ///< "16.0" is 16
 
-    std::unordered_map<std::string, Uid> layers;              ///< by id
-    std::unordered_map<std::string, Uid> stories;             ///< by id
-    std::unordered_map<std::string, std::string> styleIds;    ///< kind and name as written, to id
+    std::unordered_map<std::string, Uid> layers;                ///< by id
+    std::unordered_map<std::string, Uid> stories;               ///< by id
+    std::unordered_map<std::string, std::string> styleIds;      ///< kind and name as written, to id
     std::unordered_map<std::string, std::string> fontFamilies;  ///< id of a family to its name
-    std::unordered_map<std::string, bool> conditions;         ///< id to whether its text shows
+    std::unordered_map<std::string, bool> conditions;           ///< id to whether its text shows
     std::vector<SectionStart> sections;
     std::vector<FrameLinks> frames;
     std::vector<Uid> readStyles;

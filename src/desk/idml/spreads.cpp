@@ -20,9 +20,8 @@ Rect readMargins(const XmlElement& page) {
 /// document's preferences.
 Point standardPlace(const Preferences& preferences, const Spread& spread, size_t index, size_t count) {
     const double width = preferences.pageWidth;
-    const double left = preferences.facingPages
-                            ? (static_cast<double>(index) - spread.bindingLocation) * width
-                            : (static_cast<double>(index) - static_cast<double>(count) / 2) * width;
+    const double left = preferences.facingPages ? (static_cast<double>(index) - spread.bindingLocation) * width
+                                                : (static_cast<double>(index) - static_cast<double>(count) / 2) * width;
     return {left, -preferences.pageHeight / 2};
 }
 
@@ -46,7 +45,8 @@ void readPage(Reading& reading, const XmlElement& element, Spread& spread, size_
                          .value_or(Matrix::translation(place.x - page.bounds.left, place.y - page.bounds.top));
     const Rect rect = page.rectInSpread();
     if (!(page.bounds.width() > 0) || !(page.bounds.height() > 0) || !(rect.width() > 0) || !(rect.height() > 0))
-        throw reading.failure(element.line, "the page " + quoted(page.name) + " has no size; give it a width and a height.");
+        throw reading.failure(element.line,
+                              "the page " + quoted(page.name) + " has no size; give it a width and a height.");
     page.appliedMaster = toReference(attributeText(element, "AppliedMaster"));
     page.masterTransform = attributeAs(element, "MasterPageTransform", toMatrix).value_or(Matrix{});
     page.margins = readMargins(element);

@@ -7,7 +7,8 @@ namespace desk {
 
 enum class SpreadRole { Document, Master };
 
-/// Reads one Spread or MasterSpread element. Layers and styles must be there. Throws InputError for a page without size.
+/// Reads one Spread or MasterSpread element. Layers and styles must be there. Throws InputError for a page without
+/// size.
 Spread& readSpread(Reading& reading, const XmlElement& element, SpreadRole role);
 
 /// Gives a spread without pages, as snippets have it, one page that just covers its items.

@@ -101,19 +101,29 @@ class StoryReader {
 
 void StoryReader::readChild(const XmlElement& child, const Surroundings& around) {
     switch (meaningOf(child.name)) {
-        case Meaning::Text: return readContent(child, around);
-        case Meaning::Break: return append(u"\r", around, child);
-        case Meaning::Walk: return walkIn(child, around);
-        case Meaning::Link: return walkIn(child, link(child, around));
-        case Meaning::ParagraphRange: return walkIn(child, paragraphRange(child, around));
-        case Meaning::CharacterRange: return walkIn(child, characterRange(child, around));
-        case Meaning::Variable: return appendForeign(attributeText(child, "ResultText"), around, child);
+        case Meaning::Text:
+            return readContent(child, around);
+        case Meaning::Break:
+            return append(u"\r", around, child);
+        case Meaning::Walk:
+            return walkIn(child, around);
+        case Meaning::Link:
+            return walkIn(child, link(child, around));
+        case Meaning::ParagraphRange:
+            return walkIn(child, paragraphRange(child, around));
+        case Meaning::CharacterRange:
+            return walkIn(child, characterRange(child, around));
+        case Meaning::Variable:
+            return appendForeign(attributeText(child, "ResultText"), around, child);
         case Meaning::Change:
             if (attributeText(child, "ChangeType") != "DeletedText") walkIn(child, around);
             return;
-        case Meaning::Silent: return;
-        case Meaning::Unread: return noteUnread(child);
-        case Meaning::Other: break;
+        case Meaning::Silent:
+            return;
+        case Meaning::Unread:
+            return noteUnread(child);
+        case Meaning::Other:
+            break;
     }
     if (isPageItem(child.name)) {
         enter(around);
@@ -211,7 +221,8 @@ Surroundings StoryReader::characterRange(const XmlElement& element, const Surrou
 /// A link may restyle its text where the text has no style of its own.
 Surroundings StoryReader::link(const XmlElement& element, const Surroundings& around) {
     Surroundings inner = around;
-    if (inner.character.style == 0) inner.character.style = style(element, StyleKind::Character, "AppliedCharacterStyle");
+    if (inner.character.style == 0)
+        inner.character.style = style(element, StyleKind::Character, "AppliedCharacterStyle");
     return inner;
 }
 

@@ -20,12 +20,14 @@ std::optional<StyleKind> kindOf(std::string_view element) {
 }
 
 std::string prefixOf(StyleKind kind) {
-    constexpr const char* prefixes[] = {"ParagraphStyle/", "CharacterStyle/", "ObjectStyle/", "TableStyle/", "CellStyle/"};
+    constexpr const char* prefixes[] = {"ParagraphStyle/", "CharacterStyle/", "ObjectStyle/", "TableStyle/",
+                                        "CellStyle/"};
     return prefixes[static_cast<size_t>(kind)];
 }
 
 bool isStyleGroup(std::string_view element) {
-    return element.ends_with("StyleGroup") && (element.starts_with("Root") || kindOf(element.substr(0, element.size() - 5)));
+    return element.ends_with("StyleGroup") &&
+           (element.starts_with("Root") || kindOf(element.substr(0, element.size() - 5)));
 }
 
 /// As a person reads it.
@@ -101,7 +103,8 @@ void noteWhatIsMissing(Reading& reading, const XmlElement& element) {
     for (const char* list : {"AllNestedStyles", "AllLineStyles", "AllGREPStyles"}) {
         const XmlElement* found = properties->child(list);
         if (found && found->child("ListItem"))
-            reading.note("the nested styles of the style " + quoted(attributeText(element, "Name")) + " aren't applied");
+            reading.note("the nested styles of the style " + quoted(attributeText(element, "Name")) +
+                         " aren't applied");
     }
 }
 

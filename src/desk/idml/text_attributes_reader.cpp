@@ -30,12 +30,10 @@ std::optional<T> find(const Word<T> (&words)[count], std::string_view name) {
 }
 
 std::optional<KerningMethod> meaning(std::string_view text, KerningMethod) {
-    static constexpr Word<KerningMethod> words[] = {{"$ID/Metrics", KerningMethod::Metrics},
-                                                    {"Metrics", KerningMethod::Metrics},
-                                                    {"$ID/Optical", KerningMethod::Optical},
-                                                    {"Optical", KerningMethod::Optical},
-                                                    {"$ID/None", KerningMethod::None},
-                                                    {"None", KerningMethod::None}};
+    static constexpr Word<KerningMethod> words[] = {
+        {"$ID/Metrics", KerningMethod::Metrics}, {"Metrics", KerningMethod::Metrics},
+        {"$ID/Optical", KerningMethod::Optical}, {"Optical", KerningMethod::Optical},
+        {"$ID/None", KerningMethod::None},       {"None", KerningMethod::None}};
     return find(words, text);
 }
 
@@ -51,10 +49,13 @@ std::optional<Capitalization> meaning(std::string_view text, Capitalization) {
 
 std::optional<CharacterPosition> meaning(std::string_view text, CharacterPosition) {
     using enum CharacterPosition;
-    static constexpr Word<CharacterPosition> words[] = {
-        {"Normal", Normal},           {"Superscript", Superscript}, {"Subscript", Subscript},
-        {"OTSuperscript", OTSuperscript}, {"OTSubscript", OTSubscript}, {"OTNumerator", OTNumerator},
-        {"OTDenominator", OTDenominator}};
+    static constexpr Word<CharacterPosition> words[] = {{"Normal", Normal},
+                                                        {"Superscript", Superscript},
+                                                        {"Subscript", Subscript},
+                                                        {"OTSuperscript", OTSuperscript},
+                                                        {"OTSubscript", OTSubscript},
+                                                        {"OTNumerator", OTNumerator},
+                                                        {"OTDenominator", OTDenominator}};
     return find(words, text);
 }
 
@@ -112,7 +113,7 @@ std::optional<Leading> meaning(std::string_view text, Leading) {
 
 /// The codes that list text may hold for characters which can't be typed.
 std::u16string listText(const std::string& text) {
-    static constexpr Word<char16_t> codes[] = {{"t", u'\t'}, {"m", 0x2003}, {">", 0x2002}, {"<", 0x2009},
+    static constexpr Word<char16_t> codes[] = {{"t", u'\t'},  {"m", 0x2003}, {">", 0x2002}, {"<", 0x2009},
                                                {"s", 0x00A0}, {"n", 0x2028}, {"^", u'^'}};
     const std::u16string written = toUtf16(text);
     std::u16string result;
@@ -170,7 +171,8 @@ void language(TextAttributes& attributes, const std::string& text) {
     constexpr std::string_view kind = "Language/";
     if (text.empty() || text == "n") return;
     std::string name = text.starts_with(kind) ? text.substr(kind.size()) : text;
-    for (size_t at = name.find("%3a"); at != std::string::npos; at = name.find("%3a", at + 1)) name.replace(at, 3, 1, ':');
+    for (size_t at = name.find("%3a"); at != std::string::npos; at = name.find("%3a", at + 1))
+        name.replace(at, 3, 1, ':');
     attributes.language = name;
 }
 
@@ -270,7 +272,8 @@ void addParagraphRules(Rules& rules) {
     add("KeepLastLines", integer<&A::keepLastLines>);
     add("KeepAllLinesTogether", boolean<&A::keepAllLinesTogether>);
     add("StartParagraph", word<&A::startParagraph>);
-    add("GridAlignment", [](A& attributes, const std::string& text) { attributes.alignToBaselineGrid = text != "None"; });
+    add("GridAlignment",
+        [](A& attributes, const std::string& text) { attributes.alignToBaselineGrid = text != "None"; });
     add("ParagraphDirection",
         [](A& attributes, const std::string& text) { attributes.rightToLeft = text == "RightToLeftDirection"; });
 }
@@ -295,7 +298,8 @@ void addRuleAndListRules(Rules& rules) {
     add("RuleBelowTint", number<&A::ruleBelowTint>);
     add("RuleBelowWidth", textWidth<&A::ruleBelowTextWidth>);
     add("BulletsAndNumberingListType", word<&A::listType>);
-    add("BulletsTextAfter", [](A& attributes, const std::string& text) { attributes.bulletTextAfter = listText(text); });
+    add("BulletsTextAfter",
+        [](A& attributes, const std::string& text) { attributes.bulletTextAfter = listText(text); });
     add("NumberingExpression",
         [](A& attributes, const std::string& text) { attributes.numberingExpression = toUtf16(text); });
     add("NumberingStartAt", integer<&A::numberingStartAt>);
@@ -337,7 +341,8 @@ std::vector<TabStop> readTabStops(const XmlElement& list) {
 void readBullet(const XmlElement& element, TextAttributes& attributes) {
     const auto value = attributeAs(element, "BulletCharacterValue", toInteger);
     // A glyph number means nothing without the very font.
-    if (!value || *value <= 0x20 || *value > 0x10FFFF || attributeText(element, "BulletCharacterType") == "GlyphWithFont")
+    if (!value || *value <= 0x20 || *value > 0x10FFFF ||
+        attributeText(element, "BulletCharacterType") == "GlyphWithFont")
         return;
     const auto character = static_cast<char32_t>(*value);
     if (character < 0x10000)
@@ -357,7 +362,8 @@ TextAttributes read(const Reading& reading, const XmlElement& element, bool with
             return;
         }
         const auto rule = allRules().find(name);
-        if (rule != allRules().end() && (withParagraphs || !rule->second.ofParagraphs)) rule->second.set(attributes, value);
+        if (rule != allRules().end() && (withParagraphs || !rule->second.ofParagraphs))
+            rule->second.set(attributes, value);
     };
     for (const XmlAttribute& attribute : element.attributes) take(attribute.name, attribute.value);
     const XmlElement* properties = element.child("Properties");

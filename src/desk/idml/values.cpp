@@ -103,7 +103,9 @@ std::vector<std::string> toReferences(std::string_view text) {
     return references;
 }
 
-std::string toReference(std::string_view text) { return text == "n" ? std::string() : std::string(text); }
+std::string toReference(std::string_view text) {
+    return text == "n" ? std::string() : std::string(text);
+}
 
 std::string withoutKeyMark(std::string_view text) {
     if (text.starts_with("$ID/")) text.remove_prefix(4);

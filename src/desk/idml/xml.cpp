@@ -155,10 +155,9 @@ xmlSAXHandler XmlBuilder::handler() const {
     xmlSAXHandler sax;
     std::memset(&sax, 0, sizeof sax);
     sax.initialized = XML_SAX2_MAGIC;
-    sax.startElementNs = [](void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar*, int, const xmlChar**,
-                            int count, int, const xmlChar** attributes) {
-        of(context).startElement(local, prefix, count, attributes);
-    };
+    sax.startElementNs = [](void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar*, int,
+                            const xmlChar**, int count, int,
+                            const xmlChar** attributes) { of(context).startElement(local, prefix, count, attributes); };
     sax.endElementNs = [](void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
         XmlBuilder& self = of(context);
         if (self.failure_.empty() && !self.open_.empty()) self.open_.pop_back();
