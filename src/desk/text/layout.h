@@ -43,10 +43,10 @@ struct GlyphRun {
     double x = 0;                ///< of the first glyph's origin, from the line's left end of the measure
     double rise = 0;             ///< above the baseline, points
     std::shared_ptr<const TextPaint> paint;
-    /// Added by justification to every space character's advance, points; it is in the advances already. The output may
-    /// use it as a word spacing operand.
+    /// Added to every space character's advance beyond what every glyph gets, points; it is in the advances already. The
+    /// output may use it as a word spacing operand.
     double wordSpacing = 0;
-    /// The same for every glyph.
+    /// Added behind every cluster by tracking and justification, points; it is in the advances already.
     double letterSpacing = 0;
     std::vector<PlacedGlyph> glyphs;
 };
@@ -61,13 +61,15 @@ struct TextRule {
 };
 
 struct LayoutLine {
-    int32_t textStart = 0;     ///< UTF-16 range in the paragraph
+    int32_t textStart = 0;     ///< UTF-16 range in the story's paragraph (not in LayoutParagraph::text, which may differ)
     int32_t textLength = 0;
     double x = 0;              ///< left end of the measure, from the column's left edge
     double measure = 0;
     double ascent = 0;         ///< for the first baseline of a frame: by the frame's rule the caller picks
     double capHeight = 0, xHeight = 0;
+    double emHeight = 0;       ///< the largest point size
     double leading = 0;        ///< baseline to baseline above this line
+    bool tooWide = false;      ///< can't be divided any further and is still wider than the measure: found no room
     std::vector<GlyphRun> runs;
     std::vector<TextRule> rules;
     std::vector<std::pair<Uid, double>> inlineItems;  ///< owned items in the line and their x
@@ -77,7 +79,9 @@ struct LayoutLine {
 /// paragraph keys it by this object's address while holding a reference, or by `serial`.
 struct LayoutParagraph {
     uint64_t serial = 0;       ///< never used twice in a process
-    std::u16string text;       ///< with what replaces markers and capitals
+    /// What is shown: with what replaces markers and capitals. Behind it stand, where lines use them, a hyphen for
+    /// hyphenated line ends and the leaders of tabs: their glyphs' text ranges lie there.
+    std::u16string text;
     std::vector<LayoutLine> lines;
     double spaceBefore = 0, spaceAfter = 0;
 };
@@ -88,6 +92,7 @@ struct PlacedParagraph {
     uint32_t firstLine = 0, lineCount = 0;
     double x = 0;                     ///< column's left edge
     std::vector<double> baselines;    ///< one for each line
+    bool operator==(const PlacedParagraph&) const = default;
 };
 
 /// All the text of one frame. Immutable; the same object as long as the frame shows the same.
