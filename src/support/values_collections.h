@@ -198,20 +198,25 @@ class Value {
   public:
     Value() noexcept = default;
     Value(std::nullptr_t) noexcept {}
-    Value(String text) : Value(text.isNull(), std::move(text)) {}
+    Value(String text);
     Value(const char* utf8) : Value(String(utf8)) {}
     Value(const char16_t* units) : Value(String(units)) {}
     Value(Number number) : held_(number) {}
     template <class T>
     requires std::integral<T> || std::floating_point<T> Value(T number) : held_(Number(number)) {}
-    Value(Data data) : Value(data.isNull(), std::move(data)) {}
+    Value(Data data);
     Value(Date date) : held_(date) {}
-    Value(Array array) : Value(array.isNull(), std::move(array)) {}
-    Value(Dictionary dictionary) : Value(dictionary.isNull(), std::move(dictionary)) {}
+    Value(Array array);
+    Value(Dictionary dictionary);
+    Value(std::shared_ptr<Object> object);
     template <std::derived_from<Object> T>
-    Value(std::shared_ptr<T> object) {
-        if (object) held_ = std::shared_ptr<Object>(std::move(object));
-    }
+    Value(std::shared_ptr<T> object) : Value(std::shared_ptr<Object>(std::move(object))) {}
+
+    Value(const Value& other);
+    Value(Value&& other) noexcept;
+    Value& operator=(const Value& other);
+    Value& operator=(Value&& other) noexcept;
+    ~Value();
 
     /// The object that stands for "nothing" inside a container, where no null may stand (JSON's null).
     static const Value& nothing();
@@ -254,12 +259,6 @@ class Value {
     bool isSameObject(const Value& other) const noexcept;
 
   private:
-    // By reference: whether the argument is absent may be asked before or after it is passed, but before it is moved.
-    template <class T>
-    Value(bool absent, T&& held) {
-        if (!absent) held_ = std::forward<T>(held);
-    }
-
     std::variant<std::monostate, String, Number, Data, Date, Array, Dictionary, std::shared_ptr<Object>> held_;
 };
 

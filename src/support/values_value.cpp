@@ -113,6 +113,34 @@ Value Object::valueForKey(const String& key) const {
     throw UnrecognizedOperation("the object " + description().utf8() + " has no key \"" + key.utf8() + "\"");
 }
 
+// Out of line: asking the argument and moving it are two steps in this order, which a delegating call doesn't promise.
+Value::Value(String text) {
+    if (!text.isNull()) held_ = std::move(text);
+}
+
+Value::Value(Data data) {
+    if (!data.isNull()) held_ = std::move(data);
+}
+
+Value::Value(Array array) {
+    if (!array.isNull()) held_ = std::move(array);
+}
+
+Value::Value(Dictionary dictionary) {
+    if (!dictionary.isNull()) held_ = std::move(dictionary);
+}
+
+Value::Value(std::shared_ptr<Object> object) {
+    if (object) held_ = std::move(object);
+}
+
+// In one place, since each is a table of eight kinds, which costs more inlined at every use than a call does.
+Value::Value(const Value& other) = default;
+Value::Value(Value&& other) noexcept = default;
+Value& Value::operator=(const Value& other) = default;
+Value& Value::operator=(Value&& other) noexcept = default;
+Value::~Value() = default;
+
 const Value& Value::nothing() {
     static const Value shared{std::make_shared<NothingObject>()};
     return shared;
