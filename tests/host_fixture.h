@@ -18,10 +18,10 @@ namespace desk::testing {
 /// Composition as a test wants it.
 class ToldTextLayout final : public TextLayoutService {
   public:
-    std::set<Uid> overset;              ///< stories that don't fit
-    int32_t roomForText = -1;           ///< if 0 or more: longer stories (without the terminal return) don't fit
-    std::map<Uid, TextRange> shown;     ///< by frame
-    std::map<Uid, int> asked;           ///< how often each story was asked for
+    std::set<Uid> overset;           ///< stories that don't fit
+    int32_t roomForText = -1;        ///< if 0 or more: longer stories (without the terminal return) don't fit
+    std::map<Uid, TextRange> shown;  ///< by frame
+    std::map<Uid, int> asked;        ///< how often each story was asked for
     const Document* document = nullptr;
 
     bool isOverset(Uid story) override {
@@ -59,7 +59,9 @@ class HostFixture : public ::testing::Test {
         struct Check {
             desk::Border& border;
             int64_t before;
-            ~Check() { EXPECT_EQ(border.outstandingReferences(), before) << "the call changed the references that are out"; }
+            ~Check() {
+                EXPECT_EQ(border.outstandingReferences(), before) << "the call changed the references that are out";
+            }
         } check{border, border.outstandingReferences()};
         return call();
     }

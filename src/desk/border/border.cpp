@@ -60,7 +60,8 @@ Border::~Border() = default;
 
 IDataBase* Border::open(Document& document, TextLayoutService& layout) {
     DocumentBorder* known = state_->find(document);
-    if (!known) known = state_->open.emplace_back(std::make_unique<DocumentBorder>(document, layout, state_->ledger)).get();
+    if (!known)
+        known = state_->open.emplace_back(std::make_unique<DocumentBorder>(document, layout, state_->ledger)).get();
     state_->frontDocument = known;
     return known;
 }
@@ -82,36 +83,49 @@ void Border::bringToFront(const Document& document) {
     if (DocumentBorder* found = state_->find(document)) state_->frontDocument = found;
 }
 
-IDataBase* Border::dataBaseOf(const Document& document) const { return state_->find(document); }
+IDataBase* Border::dataBaseOf(const Document& document) const {
+    return state_->find(document);
+}
 
 Document* Border::documentOf(IDataBase* database) const {
     DocumentBorder* found = state_->find(database);
     return found ? found->document() : nullptr;
 }
 
-int64_t Border::outstandingReferences() const { return state_->ledger.outstanding(); }
+int64_t Border::outstandingReferences() const {
+    return state_->ledger.outstanding();
+}
 
-const std::vector<std::string>& Border::misuses() const { return state_->ledger.misuses(); }
+const std::vector<std::string>& Border::misuses() const {
+    return state_->ledger.misuses();
+}
 
-void Border::forgetMisuses() { state_->ledger.forgetMisuses(); }
+void Border::forgetMisuses() {
+    state_->ledger.forgetMisuses();
+}
 
 IExecutionContextSession* Border::Session() {
     InterfacePtr<IExecutionContextSession> session(
-        Adopt::Reference,
-        static_cast<IExecutionContextSession*>(state_->session->query(IID_IEXECUTIONCONTEXTSESSION)));
+        Adopt::Reference, static_cast<IExecutionContextSession*>(state_->session->query(IID_IEXECUTIONCONTEXTSESSION)));
     return session.get();
 }
 
-IPMUnknown* Border::QueryUtils(PMIID service) { return state_->services->query(service); }
+IPMUnknown* Border::QueryUtils(PMIID service) {
+    return state_->services->query(service);
+}
 
-IPMCommand* Border::CreateCommand(ClassID commandClass) { return state_->createCommand(commandClass); }
+IPMCommand* Border::CreateCommand(ClassID commandClass) {
+    return state_->createCommand(commandClass);
+}
 
 ErrorCode Border::ProcessCommand(IPMCommand* command) {
     auto* known = dynamic_cast<CommandBoss*>(command);
     return known ? known->process(*state_) : kFailure;
 }
 
-bool Border::IsValidDataBase(IDataBase* database) { return state_->find(database) != nullptr; }
+bool Border::IsValidDataBase(IDataBase* database) {
+    return state_->find(database) != nullptr;
+}
 
 struct ExportListeners::State {
     State(Ledger& ledger, const Offers& offers) : boss(ledger, offers) {}
@@ -123,7 +137,9 @@ ExportListeners::ExportListeners(Border& border)
 
 ExportListeners::~ExportListeners() = default;
 
-bool ExportListeners::isEmpty() const { return state_->boss.providers().empty(); }
+bool ExportListeners::isEmpty() const {
+    return state_->boss.providers().empty();
+}
 
 void ExportListeners::tell(int32_t messageCode, IDataBase* database, int32_t pageNum) {
     for (IPDFExportSetupProvider* provider : state_->boss.providers()) {

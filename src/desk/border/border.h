@@ -27,8 +27,8 @@ class Border final : public IHost {
 
     /// Shows a document to plug-ins; it becomes the front document. Document and layout must outlive their time here.
     IDataBase* open(Document& document, TextLayoutService& layout);
-    /// The document is closed: its database is no valid one any more. A reference to one of its objects that is still out
-    /// is a misuse; the object stays and answers empty until the reference comes back.
+    /// The document is closed: its database is no valid one any more. A reference to one of its objects that is still
+    /// out is a misuse; the object stays and answers empty until the reference comes back.
     void close(const Document& document);
     void bringToFront(const Document& document);
     /// Null for a document that isn't open here.
@@ -38,8 +38,8 @@ class Border final : public IHost {
 
     /// References that plug-ins hold now; 0 between calls of a plug-in that keeps the rules.
     int64_t outstandingReferences() const;
-    /// Broken rules, one sentence each, in the order met: an object deleted under a reference, a reference given back too
-    /// often. At most the first hundred are kept.
+    /// Broken rules, one sentence each, in the order met: an object deleted under a reference, a reference given back
+    /// too often. At most the first hundred are kept.
     const std::vector<std::string>& misuses() const;
     void forgetMisuses();
 
@@ -56,8 +56,8 @@ class Border final : public IHost {
     std::unique_ptr<State> state_;
 };
 
-/// The export providers of all plug-ins for the time of one export: one made of each registration that the border knows as
-/// an export provider, on an object of their own. They go with this object, which must not outlive the border.
+/// The export providers of all plug-ins for the time of one export: one made of each registration that the border knows
+/// as an export provider, on an object of their own. They go with this object, which must not outlive the border.
 class ExportListeners {
   public:
     explicit ExportListeners(Border& border);

@@ -57,11 +57,17 @@ IPMUnknown* DocumentBorder::Instantiate(UID uid, PMIID interfaceId) {
     return found ? found->query(interfaceId) : nullptr;
 }
 
-UID DocumentBorder::GetRootUID() { return document_ ? UID(document_->rootUid()) : kInvalidUID; }
+UID DocumentBorder::GetRootUID() {
+    return document_ ? UID(document_->rootUid()) : kInvalidUID;
+}
 
-IDFile DocumentBorder::GetSaveFile() { return {}; }
+IDFile DocumentBorder::GetSaveFile() {
+    return {};
+}
 
-IDFile DocumentBorder::GetReadFile() { return document_ ? IDFile(document_->path) : IDFile(); }
+IDFile DocumentBorder::GetReadFile() {
+    return document_ ? IDFile(document_->path) : IDFile();
+}
 
 void DocumentBorder::SetModified(bool modified) {
     if (document_) document_->modified = modified;
@@ -137,7 +143,9 @@ void DocumentBorder::close() {
     if (hostLayer_->references() > 0) retire(std::move(hostLayer_), "went with its closed document");
 }
 
-bool DocumentBorder::isHeld() const { return !retired_.empty(); }
+bool DocumentBorder::isHeld() const {
+    return !retired_.empty();
+}
 
 // The root styles don't count: what they say lies under every text anyway, and one of them may say everything.
 TextAttributes DocumentBorder::definedBy(Uid style) const {

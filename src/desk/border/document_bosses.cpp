@@ -3,16 +3,19 @@
 
 #include "desk/border/object_boss.h"
 #include "desk/border/utf8.h"
-#include "host/api/page_items.h"
 #include "host/api/host.h"
+#include "host/api/page_items.h"
 
 namespace desk {
 namespace {
 
-PMString pmString(const std::string& utf8) { return PMString(utf8.c_str()); }
+PMString pmString(const std::string& utf8) {
+    return PMString(utf8.c_str());
+}
 
 UID nth(const std::vector<Uid>& uids, int32_t index) {
-    return index >= 0 && index < static_cast<int32_t>(uids.size()) ? UID(uids[static_cast<size_t>(index)]) : kInvalidUID;
+    return index >= 0 && index < static_cast<int32_t>(uids.size()) ? UID(uids[static_cast<size_t>(index)])
+                                                                   : kInvalidUID;
 }
 
 int32_t indexOf(const std::vector<Uid>& uids, UID uid) {
@@ -20,12 +23,17 @@ int32_t indexOf(const std::vector<Uid>& uids, UID uid) {
     return found == uids.end() ? -1 : static_cast<int32_t>(found - uids.begin());
 }
 
-Matrix matrixOf(const PMMatrix& m) { return {m.a, m.b, m.c, m.d, m.tx, m.ty}; }
-PMMatrix pmMatrix(const Matrix& m) { return {m.a, m.b, m.c, m.d, m.e, m.f}; }
-PMRect pmRect(const Rect& r) { return {r.left, r.top, r.right, r.bottom}; }
+Matrix matrixOf(const PMMatrix& m) {
+    return {m.a, m.b, m.c, m.d, m.tx, m.ty};
+}
+PMMatrix pmMatrix(const Matrix& m) {
+    return {m.a, m.b, m.c, m.d, m.e, m.f};
+}
+PMRect pmRect(const Rect& r) {
+    return {r.left, r.top, r.right, r.bottom};
+}
 
-class DocumentBoss final
-    : public ObjectBoss<IDocument, IPageList, ISpreadList, ILayerList, IStoryList, ITagStore> {
+class DocumentBoss final : public ObjectBoss<IDocument, IPageList, ISpreadList, ILayerList, IStoryList, ITagStore> {
   public:
     using ObjectBoss::ObjectBoss;
 
@@ -106,8 +114,8 @@ class DocumentBoss final
     }
 };
 
-/// A name table of one kind of style. The workspace carries five of them, which one class can't inherit: each is a part of
-/// the workspace and counts its references there.
+/// A name table of one kind of style. The workspace carries five of them, which one class can't inherit: each is a part
+/// of the workspace and counts its references there.
 class StyleNameTable final : public IStyleNameTable {
   public:
     StyleNameTable(IPMUnknown& workspace, DocumentBorder& database, StyleKind kind)
@@ -291,7 +299,9 @@ std::unique_ptr<Boss> makeWorkspaceBoss(DocumentBorder& database, Uid uid) {
 std::unique_ptr<Boss> makeStyleBoss(DocumentBorder& database, Uid uid) {
     return std::make_unique<StyleBoss>(database, uid, kStyleBoss);
 }
-std::unique_ptr<Boss> makeHostLayerBoss(Ledger& ledger) { return std::make_unique<HostLayerBoss>(ledger); }
+std::unique_ptr<Boss> makeHostLayerBoss(Ledger& ledger) {
+    return std::make_unique<HostLayerBoss>(ledger);
+}
 std::unique_ptr<Boss> makeLayerBoss(DocumentBorder& database, Uid uid) {
     return std::make_unique<LayerBoss>(database, uid, kDocumentLayerBoss);
 }

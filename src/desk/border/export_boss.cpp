@@ -4,7 +4,9 @@ namespace desk {
 namespace {
 
 /// Which implementations are export providers: a registration says what it is by its number alone.
-bool isExportProvider(ImplementationID identifier) { return identifier == kMyPDFExportProviderImpl; }
+bool isExportProvider(ImplementationID identifier) {
+    return identifier == kMyPDFExportProviderImpl;
+}
 
 }  // namespace
 

@@ -11,7 +11,9 @@ namespace {
 
 constexpr int deepestNesting = 256;
 
-PMRect pmRect(const Rect& r) { return {r.left, r.top, r.right, r.bottom}; }
+PMRect pmRect(const Rect& r) {
+    return {r.left, r.top, r.right, r.bottom};
+}
 
 Path pathOf(const PageItem& item) {
     if (!item.path.empty() || !item.graphic) return item.path;
@@ -36,8 +38,10 @@ double strokeReach(const Document& document, const PageItem& item) {
     return weight * share[std::clamp(look.strokeAlignment.value_or(0), 0, 2)];
 }
 
-/// The upright box of an item under a matrix; of a group, that of everything in it. False when there is nothing to measure.
-bool boundsUnder(const Document& document, const PageItem& item, const Matrix& matrix, Edge edge, Rect& box, int depth) {
+/// The upright box of an item under a matrix; of a group, that of everything in it. False when there is nothing to
+/// measure.
+bool boundsUnder(const Document& document, const PageItem& item, const Matrix& matrix, Edge edge, Rect& box,
+                 int depth) {
     const Path path = pathOf(item);
     if (!path.empty()) {
         const double reach = edge == Edge::Stroke ? strokeReach(document, item) : 0;

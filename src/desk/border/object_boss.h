@@ -1,6 +1,6 @@
 #pragma once
-// A boss that stands for one object of a document. It keeps no pointer into the model: every call looks its object up, so
-// that an object that is gone answers empty.
+// A boss that stands for one object of a document. It keeps no pointer into the model: every call looks its object up,
+// so that an object that is gone answers empty.
 
 #include "desk/border/document_border.h"
 

@@ -90,7 +90,8 @@ class StoryBoss final : public ObjectBoss<ITextModel, ITextFrameList, IFrameList
   private:
     Story* story() const { return document() ? document()->story(uid()) : nullptr; }
 
-    /// Visits the frames of the thread with the index of the first column and the number of columns, until one says false.
+    /// Visits the frames of the thread with the index of the first column and the number of columns, until one says
+    /// false.
     template <class Visit>
     void forEachFrame(Visit visit) {
         if (!document()) return;
@@ -126,16 +127,17 @@ void StoryBoss::applyCharacterStyle(int32_t position, int32_t length, Uid style,
                                     LocalOverrides overrides) {
     Story& text = *story();
     const auto styled = [&](CharacterFormatId format) {
-        return !replace && document()->characterFormat(format).style != 0 ? format
-                                                                          : database().withStyle(format, style, overrides);
+        return !replace && document()->characterFormat(format).style != 0
+                   ? format
+                   : database().withStyle(format, style, overrides);
     };
     if (length <= 0) {
         const int32_t at = std::clamp(position, 0, text.content().length() - 1);
         text.setCharacterFormat(at, 0, styled(text.content().characterFormatForInsertionAt(at)));
         return;
     }
-    const int32_t end = static_cast<int32_t>(
-        std::clamp<int64_t>(int64_t{position} + length, 0, text.content().length()));
+    const int32_t end =
+        static_cast<int32_t>(std::clamp<int64_t>(int64_t{position} + length, 0, text.content().length()));
     // Run by run: each keeps its own overrides. Setting a format may join or split runs, so each is looked up anew.
     for (int32_t at = std::max(position, 0); at < end;) {
         const auto& runs = text.content().characterRuns;

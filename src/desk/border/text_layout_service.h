@@ -16,8 +16,8 @@ struct TextRange {
 class TextLayoutService {
   public:
     virtual ~TextLayoutService() = default;
-    /// True when the story, as it stands now, doesn't fit its frames. Asked twice or more for each story of a fill: cheap
-    /// while the story is unchanged.
+    /// True when the story, as it stands now, doesn't fit its frames. Asked twice or more for each story of a fill:
+    /// cheap while the story is unchanged.
     virtual bool isOverset(Uid story) = 0;
     /// The text that a frame shows; an empty range for a frame without a story.
     virtual TextRange textOfFrame(Uid frame) = 0;

@@ -5,7 +5,9 @@
 namespace desk {
 namespace {
 
-void removeUid(std::vector<Uid>& uids, Uid uid) { std::erase(uids, uid); }
+void removeUid(std::vector<Uid>& uids, Uid uid) {
+    std::erase(uids, uid);
+}
 
 }  // namespace
 
@@ -48,7 +50,9 @@ void* Document::objectOf(Uid uid, Kind kind) const {
     return uid < entries_.size() && entries_[uid].kind == kind ? entries_[uid].object : nullptr;
 }
 
-Document::Kind Document::kindOf(Uid uid) const { return uid < entries_.size() ? entries_[uid].kind : Kind::None; }
+Document::Kind Document::kindOf(Uid uid) const {
+    return uid < entries_.size() ? entries_[uid].kind : Kind::None;
+}
 
 Story& Document::addStory() {
     Story* story = nullptr;
@@ -145,19 +149,45 @@ void Document::standUnder(PageItem& item, Uid spread, Uid layer) {
     }
 }
 
-Story* Document::story(Uid uid) { return static_cast<Story*>(objectOf(uid, Kind::Story)); }
-const Story* Document::story(Uid uid) const { return static_cast<const Story*>(objectOf(uid, Kind::Story)); }
-PageItem* Document::item(Uid uid) { return static_cast<PageItem*>(objectOf(uid, Kind::Item)); }
-const PageItem* Document::item(Uid uid) const { return static_cast<const PageItem*>(objectOf(uid, Kind::Item)); }
-Spread* Document::spread(Uid uid) { return static_cast<Spread*>(objectOf(uid, Kind::Spread)); }
-const Spread* Document::spread(Uid uid) const { return static_cast<const Spread*>(objectOf(uid, Kind::Spread)); }
-Page* Document::page(Uid uid) { return static_cast<Page*>(objectOf(uid, Kind::Page)); }
-const Page* Document::page(Uid uid) const { return static_cast<const Page*>(objectOf(uid, Kind::Page)); }
-Layer* Document::layer(Uid uid) { return static_cast<Layer*>(objectOf(uid, Kind::Layer)); }
-const Layer* Document::layer(Uid uid) const { return static_cast<const Layer*>(objectOf(uid, Kind::Layer)); }
-Style* Document::style(Uid uid) { return static_cast<Style*>(objectOf(uid, Kind::Style)); }
-const Style* Document::style(Uid uid) const { return static_cast<const Style*>(objectOf(uid, Kind::Style)); }
-SpreadLayer* Document::spreadLayer(Uid uid) { return static_cast<SpreadLayer*>(objectOf(uid, Kind::SpreadLayer)); }
+Story* Document::story(Uid uid) {
+    return static_cast<Story*>(objectOf(uid, Kind::Story));
+}
+const Story* Document::story(Uid uid) const {
+    return static_cast<const Story*>(objectOf(uid, Kind::Story));
+}
+PageItem* Document::item(Uid uid) {
+    return static_cast<PageItem*>(objectOf(uid, Kind::Item));
+}
+const PageItem* Document::item(Uid uid) const {
+    return static_cast<const PageItem*>(objectOf(uid, Kind::Item));
+}
+Spread* Document::spread(Uid uid) {
+    return static_cast<Spread*>(objectOf(uid, Kind::Spread));
+}
+const Spread* Document::spread(Uid uid) const {
+    return static_cast<const Spread*>(objectOf(uid, Kind::Spread));
+}
+Page* Document::page(Uid uid) {
+    return static_cast<Page*>(objectOf(uid, Kind::Page));
+}
+const Page* Document::page(Uid uid) const {
+    return static_cast<const Page*>(objectOf(uid, Kind::Page));
+}
+Layer* Document::layer(Uid uid) {
+    return static_cast<Layer*>(objectOf(uid, Kind::Layer));
+}
+const Layer* Document::layer(Uid uid) const {
+    return static_cast<const Layer*>(objectOf(uid, Kind::Layer));
+}
+Style* Document::style(Uid uid) {
+    return static_cast<Style*>(objectOf(uid, Kind::Style));
+}
+const Style* Document::style(Uid uid) const {
+    return static_cast<const Style*>(objectOf(uid, Kind::Style));
+}
+SpreadLayer* Document::spreadLayer(Uid uid) {
+    return static_cast<SpreadLayer*>(objectOf(uid, Kind::SpreadLayer));
+}
 const SpreadLayer* Document::spreadLayer(Uid uid) const {
     return static_cast<const SpreadLayer*>(objectOf(uid, Kind::SpreadLayer));
 }

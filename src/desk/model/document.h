@@ -1,6 +1,6 @@
 #pragma once
-// A document as objects with UIDs. This is data: the IDML reader fills it, the border shows it to plug-ins, the composer
-// and the output read it. Nothing here knows a plug-in, a font file or a PDF.
+// A document as objects with UIDs. This is data: the IDML reader fills it, the border shows it to plug-ins, the
+// composer and the output read it. Nothing here knows a plug-in, a font file or a PDF.
 
 #include <cstdint>
 #include <deque>
@@ -50,16 +50,16 @@ struct ColorValue {
 enum class SwatchKind { None, Process, Spot, Registration, Tint, Gradient };
 
 struct GradientStop {
-    std::string color;       ///< id of a swatch
-    double location = 0;     ///< percent
-    double midpoint = 50;    ///< percent, place of the half-way colour between the stop before and this one
+    std::string color;     ///< id of a swatch
+    double location = 0;   ///< percent
+    double midpoint = 50;  ///< percent, place of the half-way colour between the stop before and this one
 };
 
 struct Swatch {
     std::string self;  ///< "Color/Black", "Swatch/None", "Tint/...", "Gradient/..."
     std::string name;  ///< separation name of a spot colour
     SwatchKind kind = SwatchKind::Process;
-    ColorValue value;  ///< process value, or the alternate of a spot colour in process space
+    ColorValue value;       ///< process value, or the alternate of a spot colour in process space
     std::string baseColor;  ///< of a tint
     double tint = 100;      ///< of a tint, percent
     bool radial = false;    ///< of a gradient
@@ -70,21 +70,21 @@ enum class StyleKind { Paragraph, Character, Object, Table, Cell };
 
 /// The look of a page item, sparse as styles and items carry it.
 struct ItemAttributes {
-    std::optional<std::string> fillColor, strokeColor, gapColor;    ///< ids of swatches
-    std::optional<double> fillTint, strokeTint, gapTint;            ///< percent, -1 is not set
-    std::optional<double> strokeWeight;                             ///< points
-    std::optional<std::string> strokeType;                          ///< id of a stroke style
-    std::optional<int> strokeAlignment;                             ///< 0 centred, 1 inside, 2 outside
-    std::optional<int> endCap, endJoin;                             ///< as in PDF: 0 butt/mitre, 1 round, 2 projecting/bevel
+    std::optional<std::string> fillColor, strokeColor, gapColor;  ///< ids of swatches
+    std::optional<double> fillTint, strokeTint, gapTint;          ///< percent, -1 is not set
+    std::optional<double> strokeWeight;                           ///< points
+    std::optional<std::string> strokeType;                        ///< id of a stroke style
+    std::optional<int> strokeAlignment;                           ///< 0 centred, 1 inside, 2 outside
+    std::optional<int> endCap, endJoin;  ///< as in PDF: 0 butt/mitre, 1 round, 2 projecting/bevel
     std::optional<double> miterLimit;
-    std::optional<std::vector<double>> dashes;                      ///< points: dash, gap, ...
-    std::optional<std::string> cornerOption[4];                     ///< left top, right top, left bottom, right bottom
-    std::optional<double> cornerRadius[4];                          ///< points
+    std::optional<std::vector<double>> dashes;   ///< points: dash, gap, ...
+    std::optional<std::string> cornerOption[4];  ///< left top, right top, left bottom, right bottom
+    std::optional<double> cornerRadius[4];       ///< points
     std::optional<std::string> leftLineEnd, rightLineEnd;
     std::optional<bool> overprintFill, overprintStroke, nonprinting;
     std::optional<double> gradientAngle, gradientLength;
-    std::optional<Point> gradientStart;                             ///< inner coordinates
-    std::optional<double> opacity;                                  ///< percent
+    std::optional<Point> gradientStart;  ///< inner coordinates
+    std::optional<double> opacity;       ///< percent
     std::optional<std::string> blendMode;
 
     void overlay(const ItemAttributes& stronger);
@@ -118,13 +118,13 @@ struct TextWrap {
 struct Style {
     Uid uid = 0;
     StyleKind kind = StyleKind::Paragraph;
-    std::string self;     ///< "ParagraphStyle/Body"
-    std::string name;     ///< as a person reads it: "Body", "[No character style]"
-    std::string basedOn;  ///< self of the parent; empty for none (cycles are cut by the reader)
-    TextAttributes text;                 ///< paragraph and character styles
-    ItemAttributes item;                 ///< object styles
-    TextFrameOptions frame;              ///< object styles
-    std::optional<TextWrap> wrap;        ///< object styles
+    std::string self;              ///< "ParagraphStyle/Body"
+    std::string name;              ///< as a person reads it: "Body", "[No character style]"
+    std::string basedOn;           ///< self of the parent; empty for none (cycles are cut by the reader)
+    TextAttributes text;           ///< paragraph and character styles
+    ItemAttributes item;           ///< object styles
+    TextFrameOptions frame;        ///< object styles
+    std::optional<TextWrap> wrap;  ///< object styles
 };
 
 /// A character style and the overrides on top of it.
@@ -145,9 +145,9 @@ enum class ItemKind { Rectangle, Oval, Polygon, GraphicLine, TextFrame, Group, G
 
 /// A placed file. The picture itself is read by whoever draws it.
 struct PlacedGraphic {
-    std::string kind;        ///< element name in the package: Image, PDF, EPS, ...
-    std::string uri;         ///< where the file stood; may be missing
-    Rect bounds;             ///< natural size in points, in the graphic's own coordinates
+    std::string kind;  ///< element name in the package: Image, PDF, EPS, ...
+    std::string uri;   ///< where the file stood; may be missing
+    Rect bounds;       ///< natural size in points, in the graphic's own coordinates
 };
 
 struct PageItem {
@@ -155,9 +155,9 @@ struct PageItem {
     std::string self;  ///< id in the package; empty for an item made in memory
     std::string name;  ///< as a person named it; may be empty
     ItemKind kind = ItemKind::Rectangle;
-    Uid parent = 0;    ///< group, frame, spread layer or owned item that holds it
-    Uid spread = 0;    ///< spread that holds it, at whatever depth; 0 for an item inside a story
-    Uid layer = 0;     ///< of a top-level item: its document layer; inside a group that of the group
+    Uid parent = 0;             ///< group, frame, spread layer or owned item that holds it
+    Uid spread = 0;             ///< spread that holds it, at whatever depth; 0 for an item inside a story
+    Uid layer = 0;              ///< of a top-level item: its document layer; inside a group that of the group
     std::vector<Uid> children;  ///< of a group or a frame, bottom first
     Matrix transform;           ///< inner coordinates to the parent's
     Path path;                  ///< inner coordinates
@@ -197,15 +197,15 @@ struct SpreadLayer {
 struct Page {
     Uid uid = 0;
     std::string self;
-    std::string name;       ///< the number as it is shown: "1", "iv"
+    std::string name;  ///< the number as it is shown: "1", "iv"
     Uid spread = 0;
-    Rect bounds;            ///< page inner coordinates
-    Matrix transform;       ///< to spread coordinates
-    std::string appliedMaster;      ///< self of a master spread, empty for none
+    Rect bounds;                ///< page inner coordinates
+    Matrix transform;           ///< to spread coordinates
+    std::string appliedMaster;  ///< self of a master spread, empty for none
     Matrix masterTransform;
     std::vector<std::string> overriddenMasterItems;  ///< selves of master items that this page replaces
-    Rect margins;           ///< distances from the page's edges, points
-    std::string sectionMarker;  ///< text of marker::sectionMarker on this page
+    Rect margins;                                    ///< distances from the page's edges, points
+    std::string sectionMarker;                       ///< text of marker::sectionMarker on this page
 
     Rect rectInSpread() const { return transform.boundsOf(bounds); }
 };
@@ -216,11 +216,11 @@ struct Spread {
     std::string name;
     bool isMaster = false;
     bool showMasterItems = true;
-    Matrix transform;            ///< to the pasteboard
-    int bindingLocation = 0;     ///< pages left of the spine
+    Matrix transform;         ///< to the pasteboard
+    int bindingLocation = 0;  ///< pages left of the spine
     std::vector<Uid> pages;
-    std::vector<Uid> layers;     ///< spread layers, in the order of the document's layers, one for each
-    std::string basedOn;         ///< of a master: self of its own master
+    std::vector<Uid> layers;  ///< spread layers, in the order of the document's layers, one for each
+    std::string basedOn;      ///< of a master: self of its own master
 };
 
 struct Preferences {
@@ -252,22 +252,33 @@ class Document {
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
-    std::string name;      ///< file name without folder
-    std::string path;      ///< the file it was read from; empty for one made in memory
+    std::string name;  ///< file name without folder
+    std::string path;  ///< the file it was read from; empty for one made in memory
     Preferences preferences;
     Labels labels;
     std::vector<NamedFont> fonts;
     std::vector<ReadingNote> notes;
-    std::deque<Layer> layers;                ///< bottom first
-    std::vector<Uid> spreads;                ///< in page order
+    std::deque<Layer> layers;  ///< bottom first
+    std::vector<Uid> spreads;  ///< in page order
     std::vector<Uid> masterSpreads;
-    std::vector<Uid> stories;                ///< in the order of the package; made ones at the end
-    std::map<std::string, Swatch> swatches;  ///< by self
+    std::vector<Uid> stories;                                 ///< in the order of the package; made ones at the end
+    std::map<std::string, Swatch> swatches;                   ///< by self
     std::map<std::string, std::vector<double>> strokeStyles;  ///< custom dash arrays by self
 
     /// An object that only a Uid names: what kind it is and where it stands.
     enum class Kind : uint8_t {
-        None, Root, Workspace, Spread, Page, Layer, SpreadLayer, Item, MultiColumnFrame, TextColumn, AnchoredObject, Story,
+        None,
+        Root,
+        Workspace,
+        Spread,
+        Page,
+        Layer,
+        SpreadLayer,
+        Item,
+        MultiColumnFrame,
+        TextColumn,
+        AnchoredObject,
+        Story,
         Style
     };
     Kind kindOf(Uid uid) const;

@@ -44,8 +44,8 @@ struct Matrix {
 
     /// The matrix that applies `inner` first and this one after it.
     Matrix after(const Matrix& inner) const {
-        return {a * inner.a + c * inner.b,     b * inner.a + d * inner.b,     a * inner.c + c * inner.d,
-                b * inner.c + d * inner.d,     a * inner.e + c * inner.f + e, b * inner.e + d * inner.f + f};
+        return {a * inner.a + c * inner.b, b * inner.a + d * inner.b,     a * inner.c + c * inner.d,
+                b * inner.c + d * inner.d, a * inner.e + c * inner.f + e, b * inner.e + d * inner.f + f};
     }
     double determinant() const { return a * d - b * c; }
     bool isInvertible() const { return std::abs(determinant()) > 1e-12; }
@@ -69,7 +69,8 @@ struct Matrix {
     bool operator==(const Matrix&) const = default;
 };
 
-/// One corner of a path with its two handles, all three absolute. A corner without curve has both handles on the anchor.
+/// One corner of a path with its two handles, all three absolute. A corner without curve has both handles on the
+/// anchor.
 struct PathPoint {
     Point anchor;
     Point incoming;

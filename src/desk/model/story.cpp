@@ -155,8 +155,7 @@ void joinParagraphs(StoryContent& content, int32_t position, int32_t end, Paragr
     // What follows the joined paragraph belonged to the last one's run, unless a run of its own starts there.
     if (limit < length) {
         const size_t after = firstStartingAfter(runs, limit);
-        if (runs[after - 1].start != limit)
-            runs.insert(runs.begin() + static_cast<ptrdiff_t>(after), {limit, last});
+        if (runs[after - 1].start != limit) runs.insert(runs.begin() + static_cast<ptrdiff_t>(after), {limit, last});
     }
     const int32_t start = paragraphStart(content.text, position);
     formatParagraphs(runs, start, limit, length, firstIsGone ? last : first);
@@ -164,9 +163,13 @@ void joinParagraphs(StoryContent& content, int32_t position, int32_t end, Paragr
 
 }  // namespace
 
-CharacterFormatId StoryContent::characterFormatAt(int32_t position) const { return formatAt(characterRuns, position); }
+CharacterFormatId StoryContent::characterFormatAt(int32_t position) const {
+    return formatAt(characterRuns, position);
+}
 
-ParagraphFormatId StoryContent::paragraphFormatAt(int32_t position) const { return formatAt(paragraphRuns, position); }
+ParagraphFormatId StoryContent::paragraphFormatAt(int32_t position) const {
+    return formatAt(paragraphRuns, position);
+}
 
 CharacterFormatId StoryContent::characterFormatForInsertionAt(int32_t position) const {
     const size_t first = firstStartingFrom(characterRuns, position);
@@ -244,8 +247,7 @@ void Story::setParagraphFormat(int32_t position, int32_t length, ParagraphFormat
     if (lastTouched < 0 || position >= total) return;
     StoryContent& content = edit();
     const int32_t start = paragraphStart(content.text, std::max(position, 0));
-    const int32_t limit =
-        paragraphLimit(content.text, static_cast<int32_t>(std::min<int64_t>(lastTouched, total - 1)));
+    const int32_t limit = paragraphLimit(content.text, static_cast<int32_t>(std::min<int64_t>(lastTouched, total - 1)));
     formatParagraphs(content.paragraphRuns, start, limit, total, format);
 }
 

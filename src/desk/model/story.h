@@ -76,8 +76,8 @@ struct Story {
 
     /// Inserts at a position between 0 and length-1 (before the terminal return at the latest; a position outside is
     /// moved to the nearest). The text takes the format of the last empty run there (which then has length), else that
-    /// of the character before it, at 0 that of the first character. A carriage return in the text splits the paragraph, both halves
-    /// keep its format.
+    /// of the character before it, at 0 that of the first character. A carriage return in the text splits the
+    /// paragraph, both halves keep its format.
     void insert(int32_t position, std::u16string_view text);
 
     /// Deletes what of the range lies before the terminal return. Where a paragraph's end goes, the joined paragraph

@@ -6,7 +6,9 @@
 namespace desk {
 namespace {
 
-void mix(size_t& seed, size_t value) { seed ^= value + 0x9e3779b97f4a7c15ull + (seed << 6) + (seed >> 2); }
+void mix(size_t& seed, size_t value) {
+    seed ^= value + 0x9e3779b97f4a7c15ull + (seed << 6) + (seed >> 2);
+}
 
 template <class T>
 size_t hashOf(const T& value) {
@@ -17,7 +19,9 @@ size_t hashOf(const T& value) {
     }
 }
 
-size_t hashOf(const Leading& leading) { return leading.automatic ? 1 : std::hash<double>{}(leading.value); }
+size_t hashOf(const Leading& leading) {
+    return leading.automatic ? 1 : std::hash<double>{}(leading.value);
+}
 
 size_t hashOf(const std::vector<TabStop>& stops) {
     size_t seed = stops.size();

@@ -10,18 +10,26 @@ IHost* installedHost = nullptr;
 
 }  // namespace
 
-IHost* InstallHost(IHost* host) { return std::exchange(installedHost, host); }
+IHost* InstallHost(IHost* host) {
+    return std::exchange(installedHost, host);
+}
 
-IExecutionContextSession* GetExecutionContextSession() { return installedHost ? installedHost->Session() : nullptr; }
+IExecutionContextSession* GetExecutionContextSession() {
+    return installedHost ? installedHost->Session() : nullptr;
+}
 
 UIDRef GetUIDRef(IPMUnknown* object) {
     InterfacePtr<IPMPersist> persistent(object);
     return persistent ? UIDRef(persistent->GetDataBase(), persistent->GetUID()) : UIDRef();
 }
 
-IDataBase* GetDataBase(IPMUnknown* object) { return GetUIDRef(object).GetDataBase(); }
+IDataBase* GetDataBase(IPMUnknown* object) {
+    return GetUIDRef(object).GetDataBase();
+}
 
-UID GetUID(IPMUnknown* object) { return GetUIDRef(object).GetUID(); }
+UID GetUID(IPMUnknown* object) {
+    return GetUIDRef(object).GetUID();
+}
 
 ClassID GetClass(IPMUnknown* object) {
     InterfacePtr<IPMPersist> persistent(object);
@@ -42,7 +50,9 @@ void* RTLCompatibleNewDelegate(size_t size) {
     return memory;
 }
 
-void RTLCompatibleDeleteDelegate(void* memory) { std::free(memory); }
+void RTLCompatibleDeleteDelegate(void* memory) {
+    std::free(memory);
+}
 
 }  // namespace K2Memory
 
@@ -60,7 +70,9 @@ ErrorCode ProcessCommand(IPMCommand* command) {
 
 namespace UtilsBoss {
 
-IPMUnknown* QueryUtils(PMIID service) { return installedHost ? installedHost->QueryUtils(service) : nullptr; }
+IPMUnknown* QueryUtils(PMIID service) {
+    return installedHost ? installedHost->QueryUtils(service) : nullptr;
+}
 
 }  // namespace UtilsBoss
 

@@ -15,8 +15,8 @@ void appendCodePoint(std::u16string& text, uint32_t codePoint) {
     }
 }
 
-/// What a first byte of UTF-8 announces: how many bytes follow, and the range that the next one must lie in (the Unicode
-/// Standard, table 3-7: it shuts out overlong forms, surrogates and what lies above U+10FFFF).
+/// What a first byte of UTF-8 announces: how many bytes follow, and the range that the next one must lie in (the
+/// Unicode Standard, table 3-7: it shuts out overlong forms, surrogates and what lies above U+10FFFF).
 struct Sequence {
     int following = -1;
     uint32_t bits = 0;

@@ -7,8 +7,12 @@ char16_t unitAt(ITextModel* model, int32_t position) {
     return chunk.length > 0 ? chunk.text[0] : u'\0';
 }
 
-bool isHighSurrogate(uint32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool isLowSurrogate(uint32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+bool isHighSurrogate(uint32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+bool isLowSurrogate(uint32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
 
 }  // namespace
 

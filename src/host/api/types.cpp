@@ -13,7 +13,9 @@ UIDList::UIDList(IPMUnknown* object) {
     if (reference.GetUID() != kInvalidUID) uids_.push_back(reference.GetUID());
 }
 
-bool UIDList::Contains(UID uid) const { return std::find(uids_.begin(), uids_.end(), uid) != uids_.end(); }
+bool UIDList::Contains(UID uid) const {
+    return std::find(uids_.begin(), uids_.end(), uid) != uids_.end();
+}
 
 UIDRef UIDList::GetRef(int32_t index) const {
     return index >= 0 && index < Length() ? UIDRef(database_, uids_[static_cast<size_t>(index)]) : UIDRef::gNull;

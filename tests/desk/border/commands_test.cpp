@@ -174,8 +174,8 @@ TEST_F(BorderCommands, FixtureSeesAReferenceThatIsKept) {
     static BorderCommands* fixture = nullptr;
     static InterfacePtr<IDocument> kept;
     fixture = this;
-    EXPECT_NONFATAL_FAILURE(
-        fixture->balanced([] { kept = InterfacePtr<IDocument>(fixture->documentRef()); }), "references that are out");
+    EXPECT_NONFATAL_FAILURE(fixture->balanced([] { kept = InterfacePtr<IDocument>(fixture->documentRef()); }),
+                            "references that are out");
     kept.reset();
 }
 
@@ -201,9 +201,15 @@ class TestProvider final : public CPMUnknown<IPDFExportSetupProvider> {
     IPMUnknown* boss_;
 };
 
-IPMUnknown* createProvider(IPMUnknown* boss) { return new TestProvider(boss); }
-void destroyProvider(IPMUnknown* object) { delete static_cast<TestProvider*>(object); }
-size_t sizeOfProvider() { return sizeof(TestProvider); }
+IPMUnknown* createProvider(IPMUnknown* boss) {
+    return new TestProvider(boss);
+}
+void destroyProvider(IPMUnknown* object) {
+    delete static_cast<TestProvider*>(object);
+}
+size_t sizeOfProvider() {
+    return sizeof(TestProvider);
+}
 
 class BorderPlugIns : public testing::HostFixture {
   public:

@@ -245,7 +245,8 @@ TEST_F(BorderObjects, DatabaseNamesItsDocumentAndFile) {
 }
 
 TEST_F(BorderObjects, KindServiceTellsItemsApart) {
-    const Uid text = textFrame(u"x"), picture = pictureFrame(), graphic = graphicIn(picture), group = groupOf({picture});
+    const Uid text = textFrame(u"x"), picture = pictureFrame(), graphic = graphicIn(picture),
+              group = groupOf({picture});
     const Uid anchored = anchorIn(storyOf(text), 1);
     Utils<IPageItemTypeUtils> kinds;
     ASSERT_TRUE(kinds);

@@ -46,7 +46,8 @@ struct SlowStory {
         for (size_t i = 0; i < added.size(); ++i) {
             text.insert(text.begin() + static_cast<ptrdiff_t>(position + i), added[i]);
             formats.insert(formats.begin() + static_cast<ptrdiff_t>(position + i), format);
-            waiting.insert(waiting.begin() + static_cast<ptrdiff_t>(position + i + 1), std::vector<CharacterFormatId>{});
+            waiting.insert(waiting.begin() + static_cast<ptrdiff_t>(position + i + 1),
+                           std::vector<CharacterFormatId>{});
             if (added[i] == u'\r')
                 paragraphs.insert(paragraphs.begin() + static_cast<ptrdiff_t>(paragraph), paragraphs[paragraph]);
         }

@@ -5,7 +5,9 @@
 
 namespace {
 
-std::u16string textOf(const char* utf8) { return PMString(utf8).CreateCFString(); }
+std::u16string textOf(const char* utf8) {
+    return PMString(utf8).CreateCFString();
+}
 
 TEST(UIDRef, NullConstantsHaveNoDatabaseAndNoUid) {
     EXPECT_EQ(UIDRef::gNull, UIDRef());
