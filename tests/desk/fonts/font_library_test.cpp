@@ -99,6 +99,52 @@ TEST(FontLibrary, PrivateFoldersAreSearchedToTheirDepthAndComeFirst) {
     EXPECT_FALSE(before.family().empty());
 }
 
+uint32_t bigEndian(const std::string& bytes, size_t offset, int size) {
+    uint32_t value = 0;
+    for (int i = 0; i < size; ++i) value = value << 8 | static_cast<uint8_t>(bytes[offset + static_cast<size_t>(i)]);
+    return value;
+}
+
+std::string asBytes(uint32_t value, int size = 4) {
+    std::string bytes;
+    for (int shift = 8 * (size - 1); shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift & 0xFF);
+    return bytes;
+}
+
+/// The same font as a web font (W3C WOFF 1.0), its tables stored without compression.
+std::string asWebFont(const std::string& font) {
+    const uint32_t tables = bigEndian(font, 4, 2);
+    std::string directory, data;
+    for (uint32_t i = 0; i < tables; ++i) {
+        const size_t entry = 12 + 16 * size_t{i};
+        const uint32_t length = bigEndian(font, entry + 12, 4);
+        directory += font.substr(entry, 4) + asBytes(44 + 20 * tables + static_cast<uint32_t>(data.size())) +
+                     asBytes(length) + asBytes(length) + font.substr(entry + 4, 4);
+        data += font.substr(bigEndian(font, entry + 8, 4), length);
+        data.resize((data.size() + 3) / 4 * 4);
+    }
+    const uint32_t size = 44 + static_cast<uint32_t>(directory.size() + data.size());
+    return "wOFF" + font.substr(0, 4) + asBytes(size) + asBytes(tables, 2) + asBytes(0, 2) +
+           asBytes(12 + static_cast<uint32_t>(16 * tables + data.size())) + asBytes(0x10000) + std::string(20, '\0') +
+           directory + data;
+}
+
+TEST(FontLibrary, ReadsWebFonts) {
+    SKIP_WITHOUT_SHARED_FONTS();
+    std::ifstream file(samples::sharedFontFolder() + "/Montserrat-Black.ttf", std::ios::binary);
+    const std::string font{std::istreambuf_iterator<char>(file), {}};
+    samples::TemporaryFolder folder;
+    std::ofstream(folder.path() + "/black.woff", std::ios::binary) << asWebFont(font);
+    FontLibrary fonts(MachineFonts::Ignore), plain(MachineFonts::Ignore);
+    fonts.addFolder(folder.path());
+    plain.addFolder(samples::sharedFontFolder());
+    ASSERT_TRUE(fonts.hasFace("Montserrat", "Black"));
+    const FontFace &web = fonts.face("Montserrat", "Black"), &face = plain.face("Montserrat", "Black");
+    EXPECT_EQ(web.glyphAdvance(web.glyphForCharacter('W')), face.glyphAdvance(face.glyphForCharacter('W')));
+    EXPECT_EQ(samples::width(samples::shape(web, u"AV")), samples::width(samples::shape(face, u"AV")));
+    EXPECT_EQ(web.subset({4, 5}).file, face.subset({4, 5}).file);
+}
+
 TEST(FontLibrary, AFileThatIsDamagedGivesWayToTheNextBest) {
     SKIP_WITHOUT_SHARED_FONTS();
     samples::TemporaryFolder folder;

@@ -123,6 +123,13 @@ TEST(Subset, BringsThePartsOfACompositeGlyphAlong) {
     EXPECT_GT(font.points(subset.newGlyphOf[0]), Reopened(letter.file).points(letter.newGlyphOf[0]));
 }
 
+TEST(Subset, BringsNoGlyphAlongThatSubstitutionWouldMake) {
+    const FontFace& face = samples::machine().face("C059", "Roman");
+    const Reopened font(face.subset(glyphsOf(face, U"fi1/2a")).file);
+    ASSERT_FALSE(font.failed());
+    EXPECT_EQ(font.glyphCount(), 7);
+}
+
 TEST(Subset, KeepsNoTableButOutlinesAndMetrics) {
     const FontFace& face = samples::machine().face("Liberation Serif", "Regular");
     const FontSubset subset = face.subset(glyphsOf(face, U"abc"));
