@@ -1,6 +1,6 @@
 #pragma once
-// One face of one font file: metrics, shaping, outlines' bytes, subsetting. Everything that touches the shaping, font and
-// fontconfig libraries stands in this folder.
+// One face of one font file: metrics, shaping, outlines' bytes, subsetting. Everything that touches the shaping, font
+// and fontconfig libraries stands in this folder.
 
 #include <cstdint>
 #include <memory>
@@ -27,23 +27,23 @@ struct FontFeature {
 };
 
 struct ShapingRequest {
-    std::u16string_view text;          ///< the whole of one run of one direction and script
-    std::u16string_view before, after; ///< context, may be empty
+    std::u16string_view text;           ///< the whole of one run of one direction and script
+    std::u16string_view before, after;  ///< context, may be empty
     bool rightToLeft = false;
-    uint32_t script = 0;               ///< ISO 15924 tag as four bytes, big-endian; 0 guesses from the text
-    std::string_view language;         ///< BCP 47; may be empty
+    uint32_t script = 0;        ///< ISO 15924 tag as four bytes, big-endian; 0 guesses from the text
+    std::string_view language;  ///< BCP 47; may be empty
     const std::vector<FontFeature>* features = nullptr;
 };
 
 enum class OutlineFormat { TrueType, CFF };
 
-/// A face cut down to some glyphs, as a PDF embeds it. A glyph's number in the subset is also its CID, for TrueType with an
-/// identity CIDToGIDMap, for CFF by itself.
+/// A face cut down to some glyphs, as a PDF embeds it. A glyph's number in the subset is also its CID, for TrueType
+/// with an identity CIDToGIDMap, for CFF by itself.
 struct FontSubset {
-    std::vector<uint8_t> file;               ///< for TrueType a font file, for CFF the bare CFF table
+    std::vector<uint8_t> file;  ///< for TrueType a font file, for CFF the bare CFF table
     OutlineFormat format = OutlineFormat::TrueType;
-    bool cidKeyed = false;                   ///< CFF only: the font is CID-keyed; its CIDs are the glyph numbers
-    std::vector<uint32_t> newGlyphOf;        ///< glyph of the subset for each glyph asked for, in the same order
+    bool cidKeyed = false;             ///< CFF only: the font is CID-keyed; its CIDs are the glyph numbers
+    std::vector<uint32_t> newGlyphOf;  ///< glyph of the subset for each glyph asked for, in the same order
 };
 
 class FontFace {
@@ -56,8 +56,8 @@ class FontFace {
     virtual OutlineFormat outlineFormat() const = 0;
 
     // Metrics in em/1000, positive up.
-    virtual double ascent() const = 0;       ///< OS/2 sTypoAscender, else hhea
-    virtual double descent() const = 0;      ///< OS/2 sTypoDescender (negative), else hhea
+    virtual double ascent() const = 0;   ///< OS/2 sTypoAscender, else hhea
+    virtual double descent() const = 0;  ///< OS/2 sTypoDescender (negative), else hhea
     virtual double capHeight() const = 0;
     virtual double xHeight() const = 0;
     virtual double italicAngle() const = 0;  ///< degrees, negative leans right
@@ -67,7 +67,7 @@ class FontFace {
     virtual double stemV() const = 0;
     virtual bool isFixedPitch() const = 0;
     virtual bool isSerif() const = 0;
-    virtual int weight() const = 0;          ///< 100..900
+    virtual int weight() const = 0;  ///< 100..900
     /// False when the maker forbids embedding (OS/2 fsType: restricted license, or bitmaps only).
     virtual bool embeddingAllowed() const { return true; }
     /// Nominal advance without kerning, em/1000.

@@ -11,7 +11,7 @@ namespace desk {
 
 /// A family and style that isn't there, and what stands in for it.
 struct FontReplacement {
-    std::string family, style;              ///< as asked for
+    std::string family, style;  ///< as asked for
     std::string usedFamily, usedStyle;
     bool operator==(const FontReplacement&) const = default;
 };
@@ -27,17 +27,17 @@ class FontLibrary {
     FontLibrary(const FontLibrary&) = delete;
     FontLibrary& operator=(const FontLibrary&) = delete;
 
-    /// Adds every font file in a folder and its folders (TrueType, OpenType, collections, WOFF, WOFF 2); they come before
-    /// the machine's own, and behind folders added before.
-    /// Throws InputError for a folder that can't be read.
+    /// Adds every font file in a folder and its folders (TrueType, OpenType, collections, WOFF, WOFF 2); they come
+    /// before the machine's own, and behind folders added before. Throws InputError for a folder that can't be read.
     void addFolder(const std::string& folder);
 
     /// The face of a family ("Liberation Serif") and style ("Bold Italic") as layout documents name them; names compare
-    /// without case, and a style's usual synonyms are known (Roman = Regular, Oblique = Italic), as are files that divide
-    /// family and style elsewhere ("Montserrat Black" + "Regular"). When the family is missing, the nearest installed one
-    /// stands in: first those of the same widths or look by a fixed table, then by class (serif, sans, monospaced), guessed
-    /// from the name. When the style is missing, the family's nearest: slant, then width, then weight. Both are told by
-    /// replacements(). Throws InputError when there is no font at all. The reference stays good as long as the library.
+    /// without case, and a style's usual synonyms are known (Roman = Regular, Oblique = Italic), as are files that
+    /// divide family and style elsewhere ("Montserrat Black" + "Regular"). When the family is missing, the nearest
+    /// installed one stands in: first those of the same widths or look by a fixed table, then by class (serif, sans,
+    /// monospaced), guessed from the name. When the style is missing, the family's nearest: slant, then width, then
+    /// weight. Both are told by replacements(). Throws InputError when there is no font at all. The reference stays
+    /// good as long as the library.
     const FontFace& face(const std::string& family, const std::string& style);
 
     /// True when the family is there itself (in whatever style).
