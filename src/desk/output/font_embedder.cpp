@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "desk/model/document.h"
+
 namespace desk {
 namespace {
 
@@ -98,7 +100,12 @@ uint8_t EmbeddedFace::takeCode(Type0Font& font, const std::u16string& copiesAs) 
 
 EmbeddedFace& FontEmbedder::use(const FontFace& face) {
     EmbeddedFace*& found = byFace_[&face];
-    if (!found) found = &faces_.emplace_back(face, shared_);
+    if (!found) {
+        if (!face.embeddingAllowed())
+            throw InputError("The maker of the font \"" + face.family() + " " + face.style() +
+                             "\" forbids embedding it. Use another font in the document.");
+        found = &faces_.emplace_back(face, shared_);
+    }
     return *found;
 }
 

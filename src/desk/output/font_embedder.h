@@ -77,7 +77,7 @@ class FontEmbedder {
   public:
     explicit FontEmbedder(SharedObjects& shared) : shared_(shared) {}
 
-    /// The reference stays good as long as the embedder.
+    /// The reference stays good as long as the embedder. Throws InputError for a face that may not be embedded.
     EmbeddedFace& use(const FontFace& face);
 
     /// Writes every face that was used. Throws InputError.

@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "desk/model/document.h"
-#include "desk/output/cff_charset.h"
 #include "desk/output/font_embedder.h"
 
 namespace desk {
@@ -78,18 +77,17 @@ class FontObjects {
         try {
             subset_ = face_.subset(glyphs_);
             if (subset_.newGlyphOf.size() != glyphs_.size()) throw std::runtime_error("glyphs are missing in the subset");
-            if (subset_.format == OutlineFormat::CFF && subset_.cidKeyed) charset_ = cidsOfGlyphs(subset_.file);
         } catch (const std::exception& failure) {
             throw InputError("The font \"" + face_.family() + " " + face_.style() + "\" can't be embedded: " +
                              failure.what() + ". Use another font in the document.");
         }
     }
 
-    /// The CID by which the CIDFont finds a glyph of the original face.
+    /// The CID by which the CIDFont finds a glyph of the original face: its number in the subset, for every kind of font
+    /// program (see FontSubset).
     uint32_t cidOf(uint32_t glyph) const {
         const auto place = std::lower_bound(glyphs_.begin(), glyphs_.end(), glyph);
-        const uint32_t inSubset = subset_.newGlyphOf[static_cast<size_t>(place - glyphs_.begin())];
-        return inSubset < charset_.size() ? charset_[inSubset] : inSubset;
+        return subset_.newGlyphOf[static_cast<size_t>(place - glyphs_.begin())];
     }
 
     ObjectNumber writeFontFile() {
@@ -235,9 +233,8 @@ class FontObjects {
     EmbeddedFace& embedded_;
     const FontFace& face_;
     PdfFile& file_;
-    std::vector<uint32_t> glyphs_;    ///< of the original face, rising
+    std::vector<uint32_t> glyphs_;  ///< of the original face, rising
     FontSubset subset_;
-    std::vector<uint32_t> charset_;   ///< CID of each glyph of a CID-keyed subset; else empty
     std::string baseName_;
 };
 
