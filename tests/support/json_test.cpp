@@ -1,0 +1,85 @@
+#include "support/json.h"
+
+#include <cmath>
+
+#include "support/printing.h"
+
+namespace vornaset {
+namespace {
+
+TEST(JsonString, IsCompactInTheDictionarysOrder) {
+    const Dictionary record = Dictionary::make(
+        {{"b", 1}, {"a", Array::make({"x\"y", true, 0.1f, 2.5, Value::nothing()})}, {"d", Dictionary::make()}});
+    EXPECT_EQ(jsonString(record, kCompactJson), String("{\"b\":1,\"a\":[\"x\\\"y\",true,0.1,2.5,null],\"d\":{}}"));
+    EXPECT_EQ(jsonString(Dictionary::make({{"b", 1}, {"a", 2}}), kSortedKeysJson), String("{\"a\":2,\"b\":1}"));
+    EXPECT_EQ(jsonString(Dictionary::make({{"b", 1}}), kPrettyPrintedJson), String("{\n  \"b\": 1\n}"));
+    EXPECT_EQ(jsonString(Array::make(), 0), String("[]"));
+}
+
+TEST(JsonString, IsNullForWhatJsonDoesNotHave) {
+    EXPECT_TRUE(jsonString(Value(), 0).isNull());
+    EXPECT_TRUE(jsonString("text", 0).isNull());
+    EXPECT_TRUE(jsonString(Array::make({Data("x")}), 0).isNull());
+    EXPECT_TRUE(jsonString(Array::make({Date{}}), 0).isNull());
+    EXPECT_TRUE(jsonString(Dictionary::make({{"k", HUGE_VAL}}), 0).isNull());
+    Array loop = Array::makeMutable();
+    loop.add(loop);
+    EXPECT_TRUE(jsonString(loop, 0).isNull());
+    loop.removeAll();
+}
+
+TEST(JsonString, ALoneSurrogateBecomesAReplacement) {
+    EXPECT_EQ(jsonString(Array::make({String(std::u16string{0xD800})}), 0), String(u"[\"\uFFFD\"]"));
+}
+
+TEST(JsonObject, HasMutableContainersAllThrough) {
+    const Value root = jsonObjWithString("{\"a\":[1,-2,2.5,true,null,{\"b\":\"\\u00e4\"}]}");
+    ASSERT_TRUE(root.isDictionary());
+    EXPECT_TRUE(root.dictionary().isMutable());
+    const Array array = root.dictionary().valueForKey("a").array();
+    EXPECT_TRUE(array.isMutable());
+    EXPECT_EQ(array[0].number().kind(), Number::Kind::integer);
+    EXPECT_EQ(array[1].number(), Number(-2));
+    EXPECT_EQ(array[2].number().kind(), Number::Kind::real);
+    EXPECT_EQ(array[3].number().kind(), Number::Kind::boolean);
+    EXPECT_TRUE(array[4].isSameObject(Value::nothing()));
+    EXPECT_TRUE(array[5].dictionary().isMutable());
+    EXPECT_EQ(array[5].dictionary().valueForKey("b").string(), String(u"\u00E4"));
+}
+
+TEST(JsonObject, TheLaterOfTwoEqualKeysWins) {
+    EXPECT_EQ(jsonObjWithString("{\"a\":1,\"b\":2,\"a\":3}").dictionary(), Dictionary::make({{"a", 3}, {"b", 2}}));
+}
+
+TEST(JsonObject, IsNullForAnythingElse) {
+    for (const char* text : {"", "{", "[1,]", "nonsense", "<a/>", "5", "\"text\"", "null", "{\"a\":1} x", "[1e]"}) {
+        EXPECT_TRUE(jsonObjWithString(text).isNull()) << text;
+    }
+    EXPECT_TRUE(jsonObjWithString(nullptr).isNull());
+    EXPECT_TRUE(jsonObjWithData(Data("[\"\xE4\"]")).isNull());
+    EXPECT_TRUE(jsonObjWithData(Data()).isNull());
+}
+
+TEST(JsonObject, DepthHasALimit) {
+    const auto nested = [](size_t depth) {
+        return String::fromUTF8(std::string(depth, '[') + std::string(depth, ']'));
+    };
+    EXPECT_FALSE(jsonObjWithString(nested(512)).isNull());
+    EXPECT_TRUE(jsonObjWithString(nested(513)).isNull());
+    EXPECT_TRUE(jsonObjWithString(nested(1000000)).isNull());
+}
+
+TEST(DictWithJsonData, IsNullForAnArray) {
+    EXPECT_EQ(dictWithJsonData(String("{\"a\":1}")), Dictionary::make({{"a", 1}}));
+    EXPECT_TRUE(dictWithJsonData(String("[1]")).isNull());
+    EXPECT_EQ(dictWithJsonData(Data("{}")).count(), 0u);
+    EXPECT_FALSE(dictWithJsonData(Data("{}")).isNull());
+}
+
+TEST(Json, SurvivesTheWayThroughText) {
+    const Dictionary record = Dictionary::make({{"a b", "x\n\t\"\\"}, {"n", INT64_MIN}, {"r", 1.0 / 3}, {"", ""}});
+    EXPECT_EQ(jsonObjWithString(jsonString(record, 0)).dictionary(), record);
+}
+
+}  // namespace
+}  // namespace vornaset

@@ -1,0 +1,343 @@
+#include "support/log.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <regex>
+
+#include "host/api/types.h"
+#include "support/log_host.h"
+#include "support/paths.h"
+#include "support/printing.h"
+#include "support/scratch_folder.h"
+
+namespace vornaset {
+namespace {
+
+const std::string kHyphens(73, '-');
+const std::string kTime = R"(\d\d:\d\d:\d\d\.\d\d\d)";
+
+/// An object that notes when somebody asks for its description.
+class Watched : public Object {
+  public:
+    String description() const override {
+        ++asked;
+        return "watched";
+    }
+    mutable int asked = 0;
+};
+
+/// A home of the test's own, so that the user's log stays alone.
+class Log : public testing::Test {
+  protected:
+    void SetUp() override {
+        remember("HOME");
+        remember("XDG_CONFIG_HOME");
+        setenv("HOME", home_.path().c_str(), 1);
+        unsetenv("XDG_CONFIG_HOME");
+        std::filesystem::create_directories(home_.path() + "/Documents");
+    }
+    void TearDown() override {
+        setLogging(0, 0);
+        for (const auto& [name, value] : before_) {
+            if (value) {
+                setenv(name.c_str(), value->c_str(), 1);
+            } else {
+                unsetenv(name.c_str());
+            }
+        }
+    }
+
+    std::string path() const { return home_.path() + "/Documents/Vornaset.txt"; }
+    std::string content() const { return contentOf(path()); }
+    /// The log's last line behind "Vornaset::", when the line has the form of an entry.
+    std::string lastEntry() const {
+        std::smatch match;
+        const std::string text = content();
+        const std::string lastLine = text.substr(text.rfind('\n', text.size() - 2) + 1);
+        return std::regex_match(lastLine, match, std::regex(kTime + ": Vornaset::(.*)\n")) ? match[1].str()
+                                                                                           : "no entry: " + lastLine;
+    }
+    size_t lineCount() const {
+        const std::string text = content();
+        return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
+    }
+
+    ScratchFolder home_;
+
+  private:
+    void remember(const char* name) {
+        const char* value = std::getenv(name);
+        before_.emplace_back(name, value != nullptr ? std::optional<std::string>(value) : std::nullopt);
+    }
+    std::vector<std::pair<std::string, std::optional<std::string>>> before_;
+};
+
+bool isHeader(const std::string& text) {
+    return text.ends_with(": Vornaset 7.20, CC 2020\n") && std::count(text.begin(), text.end(), '\n') == 1 &&
+           text.size() > 30 && std::regex_search(text, std::regex(R"(^.*\d.*\d.*: Vornaset )"));
+}
+
+TEST_F(Log, WhileOffFormatsNothingAndLeavesTheFileAlone) {
+    setupLog(1, 0, nullptr);
+    const std::string before = content();
+    setLogging(0, 1);
+    const auto watched = std::make_shared<Watched>();
+    testing::internal::CaptureStdout();
+    MyLog("%@", Value(watched));
+    MyLog(String("%@"), Value(watched));
+    MyLog1("%@", Value(watched));
+    dprintf("%@", Value(watched));
+    log(Value(watched));
+    log2(Value(watched));
+    writeLog("x");
+    logError(5);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(watched->asked, 0);
+    EXPECT_EQ(content(), before);
+    setLogging(2, 0);
+    MyLog("%@", Value(watched));
+    EXPECT_EQ(content(), before);
+    setLogging(1, 0);
+    MyLog("%@", Value(watched));
+    EXPECT_EQ(watched->asked, 1);
+    EXPECT_EQ(lastEntry(), "watched");
+}
+
+TEST_F(Log, ModeOneBeginsANewFileWithTheHeaderAlone) {
+    writeFile(path(), std::string(5000, 'x'));
+    setupLog(1, 100000, nullptr);
+    EXPECT_TRUE(isHeader(content())) << content();
+    EXPECT_EQ(getLogPath().utf8(), path());
+    EXPECT_EQ(gLogging, 1);
+    EXPECT_EQ(gConsole, 0);
+}
+
+TEST_F(Log, ModeZeroWithoutSizeDeletesThenWritesSeparatorAndHeader) {
+    writeFile(path(), "old\n");
+    setupLog(0, 0, nullptr);
+    const std::string text = content();
+    ASSERT_TRUE(text.starts_with(kHyphens + "\n")) << text;
+    EXPECT_TRUE(isHeader(text.substr(74))) << text;
+}
+
+TEST_F(Log, ModeZeroKeepsTheOldLog) {
+    writeFile(path(), "old\n");
+    setupLog(0, 100, nullptr);
+    EXPECT_TRUE(content().starts_with("old\n" + kHyphens + "\n"));
+}
+
+TEST_F(Log, AnyOtherModeKeepsTheOldEndAndAddsTheHeaderAlone) {
+    const std::string old = std::string(50, 'a') + std::string(100, 'b');
+    writeFile(path(), old);
+    setupLog(2, 100, nullptr);
+    const std::string text = content();
+    EXPECT_EQ(text.substr(0, 100), std::string(100, 'b'));
+    EXPECT_TRUE(isHeader(text.substr(100))) << text;
+    EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
+}
+
+TEST_F(Log, LiesInASubfolderWhenOneIsNamed) {
+    setupLog(1, 0, "sub/folder");
+    EXPECT_TRUE(isHeader(contentOf(home_.path() + "/Documents/sub/folder/Vornaset.txt")));
+    EXPECT_EQ(documentsFolder("other").utf8(), home_.path() + "/Documents/other");
+    EXPECT_TRUE(std::filesystem::is_directory(home_.path() + "/Documents/other"));
+    EXPECT_EQ(documentsFolder().utf8(), home_.path() + "/Documents");
+}
+
+TEST_F(Log, TheUsersOwnDocumentsFolderIsHonoured) {
+    std::filesystem::create_directories(home_.path() + "/.config");
+    writeFile(home_.path() + "/.config/user-dirs.dirs",
+              "# folders\nXDG_MUSIC_DIR=\"$HOME/Music\"\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+    EXPECT_EQ(documentsFolder().utf8(), home_.path() + "/Dokumente");
+    writeFile(home_.path() + "/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"/elsewhere\"\n");
+    EXPECT_EQ(documentsFolder().utf8(), "/elsewhere");
+    writeFile(home_.path() + "/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"relative");
+    EXPECT_EQ(documentsFolder().utf8(), home_.path() + "/Documents");
+}
+
+TEST_F(Log, AFolderThatCanNotBeMadeLosesTheLog) {
+    writeFile(home_.path() + "/Documents/file", "x");
+    setupLog(0, 10, "file/below");
+    MyLog("lost");
+    EXPECT_FALSE(std::filesystem::exists(home_.path() + "/Documents/file/below"));
+}
+
+TEST_F(Log, ClearLogCutsToTheLastBytes) {
+    setupLog(1, 0, nullptr);
+    writeFile(path(), "0123456789");
+    clearLog(10);
+    EXPECT_EQ(content(), "0123456789");
+    clearLog(4);
+    EXPECT_EQ(content(), "6789");
+    writeFile(path(), "ab\xC3\xA4");
+    clearLog(1);
+    EXPECT_EQ(content(), "\xA4");
+    clearLog(0);
+    EXPECT_FALSE(std::filesystem::exists(path()));
+    clearLog(5);
+    EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+TEST_F(Log, WriteLogAppendsTheTextAsItIs) {
+    setupLog(1, 0, nullptr);
+    const std::string before = content();
+    writeLog(u"\u00E4 100%@");
+    EXPECT_EQ(content(), before + "\xC3\xA4 100%@");
+    writeLog(nullptr);
+    EXPECT_EQ(content(), before + "\xC3\xA4 100%@(null)");
+    writeLog(String(std::u16string{0xD800}));
+    EXPECT_EQ(content(), before + "\xC3\xA4 100%@(null)(null)");
+}
+
+TEST_F(Log, AFileThatHasGoneIsNotMadeAgain) {
+    setupLog(1, 0, nullptr);
+    std::filesystem::remove(path());
+    MyLog("lost");
+    EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+TEST_F(Log, AnEntryHasTimeProductAndText) {
+    setupLog(1, 0, nullptr);
+    MyLog("%@ is %d%%", "half", 50);
+    EXPECT_EQ(lastEntry(), "half is 50%");
+    MyLog(String(u"f\u00FCr %s"), "x");
+    EXPECT_EQ(lastEntry(), "f\xC3\xBCr x");
+    dprintf("%.1f", 2.25);
+    EXPECT_EQ(lastEntry(), "2.2");
+    MyLog("no arguments");
+    EXPECT_EQ(lastEntry(), "no arguments");
+    MyLogD("nothing %d", 1);
+    EXPECT_EQ(lastEntry(), "no arguments");
+    MyLog(static_cast<const char*>(nullptr));
+    MyLog(String());
+    MyLog1(nullptr);
+    EXPECT_EQ(lastEntry(), "no arguments");
+}
+
+TEST_F(Log, MyLog1PrintsThisOneLine) {
+    setupLog(1, 0, nullptr);
+    testing::internal::CaptureStdout();
+    MyLog("file alone");
+    MyLog1("both %d", 1);
+    MyLog("file again");
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(std::regex_match(printed, std::regex(kTime + ": Vornaset::both 1\n"))) << printed;
+    EXPECT_EQ(gConsole, 0);
+    setConsole(1);
+    testing::internal::CaptureStdout();
+    MyLog1("x");
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(gConsole, 1);
+}
+
+TEST_F(Log, SetConsoleReturnsTheFormerValue) {
+    setLogging(0, 1);
+    EXPECT_EQ(setConsole(0), 1);
+    EXPECT_EQ(setConsole(7), 0);
+    EXPECT_EQ(setConsole(0), 7);
+}
+
+TEST_F(Log, ErrorsOfNumberZeroAreNone) {
+    setupLog(1, 0, nullptr);
+    const size_t lines = lineCount();
+    logError(0);
+    logError(Error());
+    logError(nullptr, "label");
+    EXPECT_EQ(lineCount(), lines);
+    logError(-43);
+    EXPECT_EQ(lastEntry(), "err: -43");
+    logError(Error(2, "no such file"));
+    EXPECT_EQ(lastEntry(), "no such file");
+    logError(Error(2, "no such file"), "open");
+    EXPECT_EQ(lastEntry(), "open: no such file");
+    logError(Error(2, "100%d"), nullptr);
+    EXPECT_EQ(lastEntry(), "100%d");
+    EXPECT_EQ(lineCount(), lines + 4);
+}
+
+TEST_F(Log, RectanglesAreConvertedToMillimetresWhenAsked) {
+    setupLog(1, 0, nullptr);
+    logRect(Rect{0, 36, 72, 144}, 1);
+    EXPECT_EQ(lastEntry(), "0.0 12.7 25.4 50.8");
+    logRect(Rect{0, 36, 72, 144}, 0);
+    EXPECT_EQ(lastEntry(), "0.0 36.0 72.0 144.0");
+    logRect(Rect{0, 36, 72, 144}, 2);
+    EXPECT_EQ(lastEntry(), "0.0 36.0 72.0 144.0");
+    const size_t lines = lineCount();
+    logRects(Array::make({valueWithRect({1, 2, 3, 4}), "no rectangle"}), 0);
+    EXPECT_EQ(lineCount(), lines + 2);
+    EXPECT_EQ(lastEntry(), "0.0 0.0 0.0 0.0");
+    EXPECT_NE(content().find("1.0 2.0 3.0 4.0"), std::string::npos);
+}
+
+TEST_F(Log, HostTypesHaveTheirLines) {
+    setupLog(1, 0, nullptr);
+    logRect(PMRect(10, 20, 40, 60), "box");
+    EXPECT_EQ(lastEntry(), "box: 10.0 20.0 30.0 40.0");
+    log(UID(77), "uid");
+    EXPECT_EQ(lastEntry(), "uid: 77");
+}
+
+TEST_F(Log, RangesDataAndObjectsHaveTheirLines) {
+    setupLog(1, 0, nullptr);
+    logRange({3, -4});
+    EXPECT_EQ(lastEntry(), "[3 -4]");
+    logData(
+        Data("\xE4"
+             "B"));
+    EXPECT_EQ(lastEntry(),
+              "\xC3\xA4"
+              "B");
+    log(Value(5));
+    EXPECT_EQ(lastEntry(), "5");
+    log("100%@");
+    EXPECT_EQ(lastEntry(), "100%@");
+    log2("x");
+    EXPECT_TRUE(std::regex_search(content(), std::regex(kTime + ": Vornaset::\nx\n$")));
+}
+
+TEST(SystemLog, GoesToTheSinkWhateverTheGateSays) {
+    std::vector<std::string> lines;
+    const SystemLogSink before = setSystemLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    setLogging(0, 0);
+    systemLog("pdfEvent: db=%lx, msg=%d, pageNum=%d", static_cast<const void*>(nullptr), 4, 12);
+    logArc();
+    setSystemLogSink(before);
+    EXPECT_EQ(lines, (std::vector<std::string>{"pdfEvent: db=0, msg=4, pageNum=12", "ARC: NO"}));
+}
+
+TEST(SystemLog, PrintsNothingOnTheScreen) {
+    const SystemLogSink before = setSystemLogSink(nullptr);
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    systemLog("support test %d", 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    setSystemLogSink(before);
+}
+
+TEST_F(Log, FileOperationsReportToTheLog) {
+    setupLog(1, 0, nullptr);
+    const size_t lines = lineCount();
+    EXPECT_TRUE(createDir(String::fromUTF8(home_.path() + "/a/b")));
+    EXPECT_TRUE(createDir(String::fromUTF8(home_.path() + "/a/b")));
+    EXPECT_TRUE(removeFile(String::fromUTF8(home_.path() + "/missing")));
+    EXPECT_EQ(lineCount(), lines);
+    EXPECT_FALSE(createDir(String::fromUTF8(path() + "/below")));
+    EXPECT_EQ(lineCount(), lines + 1);
+    EXPECT_FALSE(removeFile(String::fromUTF8(home_.path() + "/a")));
+    EXPECT_TRUE(lastEntry().starts_with(home_.path() + "/a: ")) << lastEntry();
+    EXPECT_TRUE(removeFile(String::fromUTF8(home_.path() + "/a/b")));
+    EXPECT_FALSE(std::filesystem::exists(home_.path() + "/a/b"));
+}
+
+TEST(Geometry, RectanglesTravelAsValues) {
+    EXPECT_EQ(rectWithValue(valueWithRect({1, 2, 3, 4})), (Rect{1, 2, 3, 4}));
+    EXPECT_EQ(rectWithValue(Value(5)), Rect{});
+    EXPECT_EQ(rectWithValue(Value()), Rect{});
+    EXPECT_EQ(stringWithFormat("%.0f %.0f %.0f %.1f", Rect{1, 2, 3, 4}), String("1 2 3 4.0"));
+}
+
+}  // namespace
+}  // namespace vornaset
