@@ -143,11 +143,11 @@ void groundTints(Reading& reading) {
 
 /// The stops of a gradient are colours or tints, never gradients.
 void groundGradients(Reading& reading) {
-    for (auto& [self, swatch] : reading.document.swatches) {
-        std::erase_if(swatch.stops, [&](const GradientStop& stop) {
+    for (auto& entry : reading.document.swatches) {
+        std::erase_if(entry.second.stops, [&](const GradientStop& stop) {
             const Swatch* color = reading.document.swatch(stop.color);
             if (color && color->kind != SwatchKind::Gradient) return false;
-            reading.note("a stop of the gradient " + quoted(self) + " has no colour and is left out");
+            reading.note("a stop of the gradient " + quoted(entry.first) + " has no colour and is left out");
             return true;
         });
     }
