@@ -10,7 +10,7 @@ namespace desk {
 namespace {
 
 constexpr const char* mapMember = "designmap.xml";
-constexpr const char* packageType = "application/vnd.adobe.indesign-idml-package";
+constexpr const char* packageType = "-idml-package";  ///< what the media type ends in
 
 /// Calls a function with the root of every part of a list. A part without bytes, as some tools leave behind, is noted.
 template <class Function>
@@ -50,7 +50,7 @@ void checkType(Reading& reading) {
     reading.member = "mimetype";
     if (!reading.package.has(reading.member))
         reading.note("the package doesn't say its type");
-    else if (reading.package.read(reading.member) != packageType)
+    else if (!reading.package.read(reading.member).ends_with(packageType))
         reading.note("the package says that it is of another type");
 }
 

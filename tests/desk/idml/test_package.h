@@ -14,8 +14,7 @@ namespace desk {
 /// A part around its content: `kind` is "Spread", "Story", ...
 inline std::string partOf(const std::string& kind, const std::string& content) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<idPkg:" + kind +
-           " xmlns:idPkg=\"http://ns.adobe.com/AdobeInDesign/idml/1.0/packaging\" DOMVersion=\"16.0\">" + content +
-           "</idPkg:" + kind + ">";
+           " xmlns:idPkg=\"urn:packaging\" DOMVersion=\"16.0\">" + content + "</idPkg:" + kind + ">";
 }
 
 /// Properties with the path of a rectangle from 0 0.
@@ -93,10 +92,10 @@ class TestPackage {
         const std::string map = !designmap.empty()
                                     ? designmap
                                     : "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Document "
-                                      "xmlns:idPkg=\"http://ns.adobe.com/AdobeInDesign/idml/1.0/packaging\" " +
+                                      "xmlns:idPkg=\"urn:packaging\" " +
                                           documentAttributes + ">" + documentContent + list + "</Document>";
         parts.insert(parts.begin(), {"designmap.xml", map, Method::Deflated});
-        parts.insert(parts.begin(), {"mimetype", "application/vnd.adobe.indesign-idml-package", Method::Stored});
+        parts.insert(parts.begin(), {"mimetype", "application/x-idml-package", Method::Stored});
         std::erase_if(parts, [&](const PackageMember& part) {
             return std::find(lostMembers.begin(), lostMembers.end(), part.name) != lostMembers.end();
         });
