@@ -27,6 +27,9 @@ constexpr std::array<uint8_t, 256> codeOrder() {
 }
 constexpr std::array<uint8_t, 256> codesInOrder = codeOrder();
 
+/// With .notdef a CFF subset has the glyph numbers 0 to 255.
+constexpr int glyphsInAFont = 255;
+
 bool isEscaped(char16_t c) { return c == u'(' || c == u')' || c == u'\\'; }
 
 }  // namespace
@@ -64,7 +67,7 @@ const CodedGlyph& EmbeddedFace::codedSlowly(uint32_t glyph, std::u16string_view 
 }
 
 uint32_t EmbeddedFace::add(uint32_t glyph, std::u16string_view text, const std::u16string& copiesAs) {
-    if (fonts_.empty() || fonts_.back().takenCount == 256) {
+    if (fonts_.empty() || fonts_.back().takenCount == glyphsInAFont) {
         Type0Font& opened = fonts_.emplace_back();
         opened.resource = {ResourceKind::Font, shared_.nextName(ResourceKind::Font), shared_.file().allocate()};
     }

@@ -1,8 +1,9 @@
 #pragma once
 // Fonts of a PDF file: each face is subset and embedded once, whatever the number of pages.
 //
-// Text is shown by one-byte codes: a code is given to a glyph at its first use. A Type0 font maps up to 256 codes by a
-// CMap of its own; further fonts over the same font file take what comes after. ISO 32000-1, 9.7.
+// Text is shown by one-byte codes: a code is given to a glyph at its first use. A Type0 font takes up to 255 of them; what
+// comes after goes into a further font with a subset of its own. (Two fonts over one subset would need CIDs beyond one
+// byte, and there are readers that then lose the text on copying.) ISO 32000-1, 9.7.
 
 #include <deque>
 #include <memory>
@@ -45,11 +46,10 @@ class EmbeddedFace {
     /// The Type0 font to select; index as CodedGlyph::font gives it.
     const Resource& font(uint16_t index) const { return fonts_[index].resource; }
 
-    /// Writes the font file, its dictionaries, and each Type0 font. Throws InputError when the face can't be subset.
+    /// Writes the fonts with their files. Throws InputError when the face can't be subset.
     void write(PdfFile& file);
 
   private:
-    friend class FontObjects;
     static constexpr uint32_t unused = 0xFFFFFFFF;
     struct Type0Font {
         Resource resource;

@@ -53,22 +53,29 @@ std::string subsetTag(const std::string& name, const std::vector<uint32_t>& glyp
 
 }  // namespace
 
-/// Writes what one face needs.
+/// Writes what one Type0 font needs.
 class FontObjects {
   public:
-    FontObjects(EmbeddedFace& embedded, PdfFile& file) : embedded_(embedded), face_(embedded.face_), file_(file) {}
+    FontObjects(const FontFace& face, const Resource& font, std::vector<const CodedGlyph*> byCode, PdfFile& file)
+        : face_(face), font_(font), byCode_(std::move(byCode)), file_(file) {}
 
     void write() {
         collectGlyphs();
         makeSubset();
         baseName_ = subsetTag(face_.postScriptName(), glyphs_) + face_.postScriptName();
         const ObjectNumber descendant = writeDescendant(writeDescriptor(writeFontFile()));
-        for (const EmbeddedFace::Type0Font& font : embedded_.fonts_) writeType0(font, descendant);
+        const ObjectNumber encoding = writeEncoding();
+        const ObjectNumber toUnicode = writeToUnicode();
+        ContentBuffer object;
+        object.append("<</Type/Font/Subtype/Type0/BaseFont").name(baseName_).append("/Encoding ").integer(encoding);
+        object.append(" 0 R/ToUnicode ").integer(toUnicode).append(" 0 R/DescendantFonts[").integer(descendant);
+        object.append(" 0 R]>>");
+        file_.writeObject(font_.object, object.view());
     }
 
   private:
     void collectGlyphs() {
-        for (const CodedGlyph& coded : embedded_.glyphs_) glyphs_.push_back(coded.glyph);
+        for (const CodedGlyph* coded : byCode_) glyphs_.push_back(coded->glyph);
         std::sort(glyphs_.begin(), glyphs_.end());
         glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end()), glyphs_.end());
     }
@@ -83,17 +90,22 @@ class FontObjects {
         }
     }
 
-    /// The CID by which the CIDFont finds a glyph of the original face: its number in the subset, for every kind of font
-    /// program (see FontSubset).
-    uint32_t cidOf(uint32_t glyph) const {
+    bool isTrueType() const { return subset_.format == OutlineFormat::TrueType; }
+
+    /// The glyph's number in the subset.
+    uint32_t glyphInSubset(uint32_t glyph) const {
         const auto place = std::lower_bound(glyphs_.begin(), glyphs_.end(), glyph);
         return subset_.newGlyphOf[static_cast<size_t>(place - glyphs_.begin())];
     }
 
+    /// For TrueType the code itself, which a map leads to the glyph: a subset with the parts of composite glyphs has more
+    /// than 256. A CFF subset has no parts, and its CIDs are its glyph numbers (see FontSubset).
+    uint32_t cidOf(const CodedGlyph& coded) const { return isTrueType() ? coded.code : glyphInSubset(coded.glyph); }
+
     ObjectNumber writeFontFile() {
         const ObjectNumber number = file_.allocate();
         ContentBuffer entries;
-        if (subset_.format == OutlineFormat::TrueType) {
+        if (isTrueType()) {
             entries.append("/Length1 ").integer(static_cast<int64_t>(subset_.file.size()));
         } else {
             entries.append("/Subtype/CIDFontType0C");
@@ -116,7 +128,7 @@ class FontObjects {
         object.append("]/ItalicAngle ").number(face_.italicAngle()).append("/Ascent ").number(face_.ascent());
         object.append("/Descent ").number(face_.descent()).append("/CapHeight ").number(face_.capHeight());
         object.append("/XHeight ").number(face_.xHeight()).append("/StemV ").number(face_.stemV());
-        object.append(subset_.format == OutlineFormat::TrueType ? "/FontFile2 " : "/FontFile3 ");
+        object.append(isTrueType() ? "/FontFile2 " : "/FontFile3 ");
         object.integer(fontFile).append(" 0 R>>");
         const ObjectNumber number = file_.allocate();
         file_.writeObject(number, object.view());
@@ -126,7 +138,7 @@ class FontObjects {
     /// Runs of consecutive CIDs share one array of widths.
     void appendWidths(ContentBuffer& out) const {
         std::vector<std::pair<uint32_t, double>> widths;
-        for (const CodedGlyph& coded : embedded_.glyphs_) widths.emplace_back(cidOf(coded.glyph), coded.width);
+        for (const CodedGlyph* coded : byCode_) widths.emplace_back(cidOf(*coded), coded->width);
         std::sort(widths.begin(), widths.end());
         widths.erase(std::unique(widths.begin(), widths.end()), widths.end());
         out.append("/DW 0/W[");
@@ -138,13 +150,27 @@ class FontObjects {
         out.append(widths.empty() ? "]" : "]]");
     }
 
+    /// Two bytes a code.
+    ObjectNumber writeGlyphMap() {
+        std::string map;
+        for (const CodedGlyph* coded : byCode_) {
+            const uint32_t glyph = glyphInSubset(coded->glyph);
+            map.resize((size_t{coded->code} + 1) * 2);
+            map[map.size() - 2] = static_cast<char>(glyph >> 8);
+            map[map.size() - 1] = static_cast<char>(glyph);
+        }
+        const ObjectNumber number = file_.allocate();
+        file_.writeStream(number, "", map);
+        return number;
+    }
+
     ObjectNumber writeDescendant(ObjectNumber descriptor) {
-        const bool trueType = subset_.format == OutlineFormat::TrueType;
+        const ObjectNumber map = isTrueType() ? writeGlyphMap() : 0;
         ContentBuffer object;
-        object.append("<</Type/Font/Subtype").append(trueType ? "/CIDFontType2" : "/CIDFontType0");
+        object.append("<</Type/Font/Subtype").append(isTrueType() ? "/CIDFontType2" : "/CIDFontType0");
         object.append("/BaseFont").name(baseName_).append("/CIDSystemInfo").append(systemInfo);
         object.append("/FontDescriptor ").integer(descriptor).append(" 0 R");
-        if (trueType) object.append("/CIDToGIDMap/Identity");
+        if (map != 0) object.append("/CIDToGIDMap ").integer(map).append(" 0 R");
         appendWidths(object);
         object.append(">>");
         const ObjectNumber number = file_.allocate();
@@ -152,31 +178,16 @@ class FontObjects {
         return number;
     }
 
-    void writeType0(const EmbeddedFace::Type0Font& font, ObjectNumber descendant) {
-        std::vector<const CodedGlyph*> byCode;
-        for (uint32_t index : font.glyphs) byCode.push_back(&embedded_.glyphs_[index]);
-        std::sort(byCode.begin(), byCode.end(), [](auto* a, auto* b) { return a->code < b->code; });
-        const ObjectNumber encoding = writeEncoding(font, byCode);
-        const ObjectNumber toUnicode = writeToUnicode(font, byCode);
-        ContentBuffer object;
-        object.append("<</Type/Font/Subtype/Type0/BaseFont").name(baseName_).append("/Encoding ").integer(encoding);
-        object.append(" 0 R/ToUnicode ").integer(toUnicode).append(" 0 R/DescendantFonts[").integer(descendant);
-        object.append(" 0 R]>>");
-        file_.writeObject(font.resource.object, object.view());
-    }
+    std::string cMapName(std::string_view kind) const { return "/" + std::string(kind) + std::to_string(font_.name); }
 
-    static std::string cMapName(const EmbeddedFace::Type0Font& font, std::string_view kind) {
-        return "/" + std::string(kind) + std::to_string(font.resource.name);
-    }
-
-    ObjectNumber writeEncoding(const EmbeddedFace::Type0Font& font, const std::vector<const CodedGlyph*>& byCode) {
+    ObjectNumber writeEncoding() {
         struct Range {
             uint8_t first, last;
             uint32_t cid;
         };
         std::vector<Range> ranges;
-        for (const CodedGlyph* coded : byCode) {
-            const uint32_t cid = cidOf(coded->glyph);
+        for (const CodedGlyph* coded : byCode_) {
+            const uint32_t cid = cidOf(*coded);
             if (!ranges.empty() && coded->code == ranges.back().last + 1 &&
                 cid == ranges.back().cid + (coded->code - ranges.back().first)) {
                 ranges.back().last = coded->code;
@@ -184,7 +195,7 @@ class FontObjects {
                 ranges.push_back({coded->code, coded->code, cid});
             }
         }
-        const std::string name = cMapName(font, "Codes");
+        const std::string name = cMapName("Codes");
         ContentBuffer map;
         openCMap(map, name);
         map.append("/CMapType 1 def\n1 begincodespacerange\n<00> <FF>\nendcodespacerange\n");
@@ -206,12 +217,12 @@ class FontObjects {
         return number;
     }
 
-    ObjectNumber writeToUnicode(const EmbeddedFace::Type0Font& font, const std::vector<const CodedGlyph*>& byCode) {
+    ObjectNumber writeToUnicode() {
         std::vector<const CodedGlyph*> copied;
-        for (const CodedGlyph* coded : byCode)
+        for (const CodedGlyph* coded : byCode_)
             if (!coded->copiesAs.empty()) copied.push_back(coded);
         ContentBuffer map;
-        openCMap(map, cMapName(font, "Text"));
+        openCMap(map, cMapName("Text"));
         map.append("/CMapType 2 def\n1 begincodespacerange\n<00> <FF>\nendcodespacerange\n");
         for (size_t start = 0; start < copied.size(); start += sectionEntries) {
             const size_t end = std::min(copied.size(), start + sectionEntries);
@@ -230,14 +241,22 @@ class FontObjects {
         return number;
     }
 
-    EmbeddedFace& embedded_;
     const FontFace& face_;
+    const Resource& font_;
+    std::vector<const CodedGlyph*> byCode_;
     PdfFile& file_;
     std::vector<uint32_t> glyphs_;  ///< of the original face, rising
     FontSubset subset_;
     std::string baseName_;
 };
 
-void EmbeddedFace::write(PdfFile& file) { FontObjects(*this, file).write(); }
+void EmbeddedFace::write(PdfFile& file) {
+    for (const Type0Font& font : fonts_) {
+        std::vector<const CodedGlyph*> byCode;
+        for (uint32_t index : font.glyphs) byCode.push_back(&glyphs_[index]);
+        std::sort(byCode.begin(), byCode.end(), [](auto* a, auto* b) { return a->code < b->code; });
+        FontObjects(face_, font.resource, std::move(byCode), file).write();
+    }
+}
 
 }  // namespace desk

@@ -32,7 +32,7 @@ std::vector<std::string> ScratchFolder::names() const {
 
 Outcome run(const std::string& command) {
     Outcome outcome;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    FILE* pipe = popen(("(" + command + ") 2>&1").c_str(), "r");
     if (!pipe) return outcome;
     char buffer[4096];
     for (size_t count; (count = fread(buffer, 1, sizeof buffer, pipe)) > 0;) outcome.output.append(buffer, count);
