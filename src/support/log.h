@@ -96,12 +96,15 @@ void logArc();
 using SystemLogSink = std::function<void(std::string_view line)>;
 /// Returns the sink in force before.
 SystemLogSink setSystemLogSink(SystemLogSink sink);
+/// False when there is no sink and no daemon takes lines, which is looked up once a second at most.
+bool systemLogIsHeard();
 /// One line, in UTF-8, to the system log, whatever gLogging says; nothing on the screen.
 void writeSystemLog(std::string_view line);
 
+/// The formatted line to the system log. Nothing is formatted when nobody hears it.
 template <class... Arguments>
-void systemLog(const String& format, const Arguments&... arguments) {
-    writeSystemLog(stringWithFormat(format, arguments...).utf8());
+void systemLog(const char* format, const Arguments&... arguments) {
+    if (systemLogIsHeard()) writeSystemLog(stringWithFormat(format, arguments...).utf8());
 }
 
 }  // namespace vornaset
