@@ -22,6 +22,13 @@ void refuseOtherKinds(std::string_view bytes, const std::string& name) {
             throw Error("the data file \"" + name + "\" is " + kind + ", not CSV; save its table as CSV.");
 }
 
+/// Bytes that are neither Unicode nor free of zeros are no text in an old encoding either, whatever letters they seem to have.
+void refuseBinary(std::string_view bytes, TextEncoding found, const std::string& name) {
+    bool isOldEncoding = found == TextEncoding::windows1252 || found == TextEncoding::macRoman;
+    if (isOldEncoding && bytes.find('\0') != bytes.npos)
+        throw Error("the data file \"" + name + "\" isn't text: it has zero bytes; save its table as CSV.");
+}
+
 std::string hexadecimal(char character) {
     char text[8];
     std::snprintf(text, sizeof text, "0x%02X", static_cast<unsigned char>(character));
@@ -214,6 +221,7 @@ std::optional<char> hintedDelimiter(std::string_view text) {
 DataTable readData(ByteBuffer bytes, const std::string& name, const DataOptions& options) {
     refuseOtherKinds(bytes.view(), name);
     TextEncoding encoding = options.encoding ? *options.encoding : detectEncoding(bytes.view());
+    if (!options.encoding) refuseBinary(bytes.view(), encoding, name);
     decodeInPlace(bytes, encoding, name);
     if (bytes.size() > options.limits.fileBytes)
         throw Error("the data file \"" + name + "\" is too long once it is UTF-8; split it.");
