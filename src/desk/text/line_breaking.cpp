@@ -11,7 +11,8 @@ constexpr double roundingSlack = 1e-3;
 
 // Costs in the units of the classic paragraph builder: a line's cost is the square of its badness and these.
 constexpr double linePenalty = 10;
-constexpr double hyphenPenalty = 50;
+constexpr double justifiedHyphenPenalty = 50;
+constexpr double raggedHyphenPenalty = 70;
 constexpr double consecutiveHyphenDemerits = 3000;
 constexpr double lastHyphenDemerits = 2500;
 constexpr double unevenDemerits = 3000;
@@ -19,8 +20,8 @@ constexpr double emergencyDemerits = 1e7;
 constexpr double overfullDemerits = 1e12;
 constexpr double worstBadness = 10000;
 
-/// Ragged lines: the slack in shares of the measure that counts like a fully stretched justified line.
-constexpr double raggedUnit = 0.10;
+/// How many units of slack a ragged line may have for each step of tolerance.
+constexpr double raggedUnitsTolerated = 2;
 
 double badnessOf(double ratio) { return std::min(worstBadness, 100 * ratio * ratio * ratio); }
 
@@ -52,13 +53,14 @@ LineCost justifiedCost(const Extent& line, double slack, double measure, bool ma
     return cost;
 }
 
-LineCost raggedCost(double slack, double measure, bool isLast, double tolerance) {
+/// Squared where justified lines are cubed: an unfilled end is seen as it grows, not only when it is gross.
+LineCost raggedCost(double slack, double unit, bool isLast, double tolerance) {
     LineCost cost;
     cost.tooFull = slack < -roundingSlack;
     if (cost.tooFull) return cost;
-    const double ratio = std::max(0.0, slack) / std::max(raggedUnit * measure, 1e-9);
-    cost.fits = isLast || ratio <= tolerance * 2;
-    if (!isLast) cost.badness = badnessOf(ratio);
+    const double ratio = std::max(0.0, slack) / unit;
+    cost.fits = isLast || ratio <= tolerance * raggedUnitsTolerated;
+    if (!isLast) cost.badness = 100 * ratio * ratio;
     return cost;
 }
 
@@ -70,7 +72,7 @@ double LineMeasures::smallest() const { return *std::min_element(widths, widths 
 LineCost costOfLine(const Extent& line, double measure, bool isLast, double tolerance, const BreakingRules& rules) {
     if (isLast) measure -= rules.lastLineIndent;
     const double slack = measure - line.natural;
-    if (rules.filling == LineFilling::Ragged) return raggedCost(slack, measure, isLast, tolerance);
+    if (rules.filling == LineFilling::Ragged) return raggedCost(slack, rules.raggedUnit, isLast, tolerance);
     return justifiedCost(line, slack, measure, isLast && rules.lastLine == LastLine::AsItFalls, tolerance);
 }
 
@@ -79,7 +81,8 @@ double demerits(const LineCost& line, BreakKind end, const BreakingRules& rules,
     const double base = linePenalty + line.badness;
     double sum = base * base;
     if (end == BreakKind::Hyphen) {
-        const double penalty = hyphenPenalty * rules.hyphenWeight / 5;
+        const bool ragged = rules.filling == LineFilling::Ragged;
+        const double penalty = (ragged ? raggedHyphenPenalty : justifiedHyphenPenalty) * rules.hyphenWeight / 5;
         sum += penalty * penalty;
         if (hyphensBefore > 0) sum += consecutiveHyphenDemerits;
     } else if (end == BreakKind::Emergency) {
@@ -175,7 +178,7 @@ void LineBreaker::linesEndingAt(uint32_t to, double tolerance, bool isLastPass) 
             const Extent& start = (*candidates_)[from].start;
             const double room = rules_.filling == LineFilling::Justified
                                     ? tolerance * (end.end.stretch - start.stretch)
-                                    : 2 * tolerance * raggedUnit * largestMeasure_;
+                                    : tolerance * raggedUnitsTolerated * rules_.raggedUnit;
             if (end.end.natural - start.natural + room + margin_ < smallestMeasure_) continue;
         }
         addLine(from, to, tolerance, isLastPass);

@@ -36,6 +36,9 @@ struct BreakingRules {
     double lastLineIndent = 0;  ///< taken from the last line's measure, points
     int ladderLimit = 0;        ///< most hyphens below each other; 0 for no limit
     double hyphenWeight = 5;    ///< 0 better spacing .. 10 fewer hyphens
+    /// Slack of a ragged line that weighs like a fully stretched justified one, points. Paragraphs set by the original
+    /// host end their lines alike when this is two and a half ems.
+    double raggedUnit = 30;
 };
 
 /// The measure of each line in points; the last holds for all lines behind it. Never empty.

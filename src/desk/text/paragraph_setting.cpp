@@ -6,6 +6,8 @@
 namespace desk {
 namespace {
 
+constexpr double raggedUnitInEms = 2.5;
+
 uint64_t nextSerial() {
     static std::atomic<uint64_t> serial{0};
     return ++serial;
@@ -48,6 +50,8 @@ void ParagraphSetter::chooseEnds(const ParagraphSource& source) {
     rules.lastLineIndent = a.lastLineIndent;
     rules.ladderLimit = a.hyphenateLadderLimit;
     rules.hyphenWeight = a.hyphenWeight;
+    const double size = pieces_.pieces.empty() ? a.pointSize : pieces_.pieces.front().style->nominalSize;
+    rules.raggedUnit = std::max(0.1, raggedUnitInEms * size);
     const LineMeasures measures{measures_.data(), static_cast<uint32_t>(measures_.size())};
     ParagraphTabs* tabs = pieces_.hasTabs ? &tabs_ : nullptr;
     if (a.singleLineComposer)

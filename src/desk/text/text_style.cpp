@@ -12,6 +12,21 @@ constexpr double largestKerning = 100000;
 /// Of a face without a space, thousandths of the em.
 constexpr double usualSpace = 250;
 
+/// Faces that stand in for a missing one are drawn as wide as text in the missing one runs, where that is known:
+/// measured over whole paragraphs of documents that show both.
+struct StandInWidth {
+    const char* missing;
+    const char* standIn;
+    double scale;
+};
+constexpr StandInWidth standInWidths[] = {{"Minion Pro", "Liberation Serif", 0.988}};
+
+double standInScale(const std::string& asked, const FontFace& used) {
+    for (const StandInWidth& known : standInWidths)
+        if (asked == known.missing && used.family() == known.standIn) return known.scale;
+    return 1;
+}
+
 void add(std::vector<FontFeature>& features, const char* tag, uint32_t value) {
     FontFeature feature;
     std::memcpy(feature.tag, tag, 4);
@@ -111,7 +126,7 @@ void TextStyles::fill(TextStyle& style, double sizeScale) {
         style.size *= preferences.subscriptSize / 100;
         style.rise -= a.pointSize * preferences.subscriptPosition / 100;
     }
-    style.horizontalScale = a.horizontalScale / 100;
+    style.horizontalScale = a.horizontalScale / 100 * standInScale(a.fontFamily, *style.face);
     style.verticalScale = a.verticalScale / 100;
     style.skew = a.skew;
     style.emUnit = style.size * style.horizontalScale / 1000;

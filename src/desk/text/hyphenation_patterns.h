@@ -1,0 +1,104 @@
+#pragma once
+// Hyphenation by patterns (F. M. Liang, "Word Hy-phen-a-tion by Com-put-er", 1983), read from the dictionary files that
+// the machine's packages install ("hyph_de_DE.dic").
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace desk {
+
+/// What the patterns say about the place after one UTF-16 unit of a word.
+struct HyphenScore {
+    uint8_t value = 0;               ///< a hyphen may stand here when odd
+    uint8_t lettersOfChange = 0;     ///< how many letters before the place the change of spelling takes in
+    uint32_t change = 0;             ///< 0 for none, else PatternTable::change()
+};
+
+/// The patterns of one level, as a trie in one hash table.
+class PatternTable {
+  public:
+    PatternTable();
+    /// Room for the patterns of a text of so many UTF-16 units, so that reading doesn't grow the table step by step.
+    void reserve(size_t units);
+
+    /// A pattern: letters with digits between them, a dot for a border of the word, and perhaps
+    /// "/change,start,length" for a hyphen that changes the spelling. One of the same letters replaces an earlier one.
+    void add(std::u16string_view pattern);
+    bool empty() const { return firstValue_.size() == 1; }
+
+    /// Raises the scores of a word; scores[i] is the place after word[i]. The place after the last unit is never scored.
+    void score(std::u16string_view word, HyphenScore* scores) const;
+
+    /// What stands before the hyphen of a change of spelling: "ff" for "ff=f".
+    const std::u16string& change(uint32_t number) const { return changes_[number - 1].beforeHyphen; }
+    /// Bytes held.
+    size_t size() const;
+
+  private:
+    struct Change {
+        std::u16string beforeHyphen;
+        size_t start = 0, length = 0;  ///< of the letters of the pattern that change, a dot not counted
+    };
+
+    uint32_t child(uint32_t node, char16_t unit) const;
+    uint32_t childMade(uint32_t node, char16_t unit);
+    void grow(unsigned bits);
+    uint32_t changeRead(std::u16string_view text, size_t letters);
+    void raise(uint32_t at, size_t end, size_t places, HyphenScore* scores) const;
+
+    std::vector<uint64_t> slots_;       ///< open addressing: parent (24 bits), unit (16), child (24); 0 is free
+    unsigned shift_ = 0;
+    std::vector<uint32_t> firstValue_;  ///< by node: where its pattern stands in values_, 0 for none
+    std::vector<uint8_t> values_;       ///< a pattern: count, number of change (3 bytes), values up to its last letter
+    std::vector<Change> changes_;
+    std::u16string letters_;            ///< scratch of add()
+    std::vector<uint8_t> digits_;
+};
+
+/// One dictionary file: two levels of patterns and the distances to keep. The first level cuts a word into the words it is
+/// composed of, again and again until it finds nothing; the second hyphenates the parts. One thread at a time.
+class HyphenationPatterns {
+  public:
+    /// Null for a file that is missing, too large, or written in a character set that isn't known. Lines that make no
+    /// sense are left out.
+    static std::unique_ptr<HyphenationPatterns> load(const std::string& path);
+    static std::unique_ptr<HyphenationPatterns> read(std::string_view file);
+
+    /// As the file names it.
+    const std::string& characterSet() const { return characterSet_; }
+
+    /// Where a word without digits, in small letters, may be hyphenated: follows[i] is 1 when a hyphen may stand after
+    /// word[i]. Places where the hyphen would change the spelling are left out.
+    void find(std::u16string_view word, std::vector<uint8_t>& follows);
+
+    /// Bytes held.
+    size_t size() const { return compounds_.size() + syllables_.size(); }
+
+  private:
+    enum class Border : uint8_t { Word, Compound };
+    struct Distances {
+        size_t left = 0, right = 0, compoundLeft = 0, compoundRight = 0;  ///< in characters
+    };
+
+    HyphenationPatterns() = default;
+    void readLines(std::u16string_view text);
+    bool readOption(std::u16string_view line);
+    void readUnhyphenated(std::u16string_view list);
+    void addDefaultCompounds();
+    void findInPart(std::u16string_view part, Border left, Border right, size_t start, size_t places);
+    void findInSyllables(std::u16string_view part, Border left, Border right, size_t start, size_t places);
+    std::u16string leftPart(std::u16string_view part, size_t begin, size_t last, const HyphenScore& score) const;
+
+    std::string characterSet_;
+    PatternTable compounds_, syllables_;
+    Distances distances_;
+    std::vector<std::u16string> unhyphenated_;  ///< no hyphen before and after these
+    std::vector<HyphenScore> scores_;           ///< a stack: each part's stand above those of the part it is cut from
+    std::vector<uint8_t>* follows_ = nullptr;   ///< during find()
+};
+
+}  // namespace desk
