@@ -3,9 +3,28 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <map>
 
 #include "host/plug_in_object.h"
 #include "merge_fixture.h"
+
+/// The host's allocator with a memory: the module finds these two before those of the border's library.
+static std::map<void*, size_t> allocated;
+
+namespace K2Memory {
+
+void* RTLCompatibleNewDelegate(size_t size) {
+    void* memory = std::malloc(size);
+    allocated[memory] = size;
+    return memory;
+}
+
+void RTLCompatibleDeleteDelegate(void* memory) {
+    allocated.erase(memory);
+    std::free(memory);
+}
+
+}  // namespace K2Memory
 
 using namespace vornaset;
 using ::testing::ElementsAre;
@@ -29,12 +48,15 @@ class Owner : public IPMUnknown {
     int references = 0;
 };
 
-TEST(ProviderFactoryTest, ObjectComesFromTheHostsAllocatorInItsTold) {
+TEST(ProviderFactoryTest, ProviderLiesInTheHostsMemoryAndHasTheSizeThatIsTold) {
     Owner owner;
-    EXPECT_EQ(SizeOfkMyPDFExportProviderImpl_(), sizeof(MyPDFExportProvider));
+    allocated.clear();
     IPMUnknown* provider = CreatekMyPDFExportProviderImpl_(&owner);
     ASSERT_NE(provider, nullptr);
+    ASSERT_EQ(allocated.size(), 1u);
+    EXPECT_EQ(allocated.begin()->second, SizeOfkMyPDFExportProviderImpl_());
     DestroykMyPDFExportProviderImpl_(provider);
+    EXPECT_TRUE(allocated.empty());
     DestroykMyPDFExportProviderImpl_(nullptr);
     EXPECT_EQ(owner.references, 0);
 }
