@@ -16,13 +16,17 @@ namespace {
 constexpr std::size_t descriptionColumn = 30;
 
 const char* const programHelp =
-    "Vornaset makes one print-ready PDF out of a page-layout template (IDML) and a table of rows (CSV): each record gets "
+    "Vornaset makes one print-ready PDF out of a page-layout template (IDML) and a table of rows (CSV): each record "
+    "gets "
     "its own page or pages, or its own place on a page.";
 
 const char* const mergeHelp =
-    "The text <<Name>> in the template shows the column Name; a column \"#Name\" holds the name of the character style for "
-    "it. The first record of the data file is the column names. A page set is one pass over the template's pages; frames "
-    "numbered 1, 2, ... show the records of a page set. A folder \"Document fonts\" beside the template is used by itself. "
+    "The text <<Name>> in the template shows the column Name; a column \"#Name\" holds the name of the character style "
+    "for "
+    "it. The first record of the data file is the column names. A page set is one pass over the template's pages; "
+    "frames "
+    "numbered 1, 2, ... show the records of a page set. A folder \"Document fonts\" beside the template is used by "
+    "itself. "
     "The PDF appears under its name only when it is whole; until then the old file stays.\n\n";
 
 const char* const mergeExamples =
@@ -32,7 +36,8 @@ const char* const mergeExamples =
     "  vornaset merge letter.idml old.txt -o letters.pdf --delimiter tab --encoding windows-1252\n\n";
 
 const char* const rulesHelp =
-    "A rules file is a JSON array of rules; where no column has a rule's name, the placeholder shows the value of the column "
+    "A rules file is a JSON array of rules; where no column has a rule's name, the placeholder shows the value of the "
+    "column "
     "\"contentOf\", translated:\n"
     "  [{\"name\": \"Salutation\", \"contentOf\": \"Sex\", \"replacements\": {\"m\": \"Mr\", \"f\": \"Mrs\"}}]\n\n";
 
@@ -70,13 +75,16 @@ struct DataArguments {
     std::string delimiter, encoding;
 
     void declare(CLI::App& command) {
-        command.add_option("--delimiter", delimiter,
-                           "What parts the cells: comma, semicolon, tab, pipe, or the character itself. Default: found by "
-                           "itself among comma, semicolon and tab. Example: --delimiter semicolon")
+        command
+            .add_option("--delimiter", delimiter,
+                        "What parts the cells: comma, semicolon, tab, pipe, or the character itself. Default: found by "
+                        "itself among comma, semicolon and tab. Example: --delimiter semicolon")
             ->type_name("C");
-        command.add_option("--encoding", encoding,
-                           "Encoding of the data file: utf-8, utf-16, utf-16le, utf-16be, windows-1252, macroman. Default: "
-                           "found by itself. Example: --encoding macroman")
+        command
+            .add_option(
+                "--encoding", encoding,
+                "Encoding of the data file: utf-8, utf-16, utf-16le, utf-16be, windows-1252, macroman. Default: "
+                "found by itself. Example: --encoding macroman")
             ->type_name("NAME");
     }
 
@@ -85,8 +93,10 @@ struct DataArguments {
         if (!delimiter.empty()) {
             options.delimiter = companion::delimiterNamed(delimiter);
             if (!options.delimiter)
-                throw UsageError("--delimiter needs comma, semicolon, tab, pipe or one character that is no letter, digit "
-                                 "or quote, not \"" + delimiter + "\".");
+                throw UsageError(
+                    "--delimiter needs comma, semicolon, tab, pipe or one character that is no letter, digit "
+                    "or quote, not \"" +
+                    delimiter + "\".");
         }
         if (!encoding.empty() && encoding != "auto") {
             options.encoding = companion::encodingNamed(encoding);
@@ -104,7 +114,8 @@ class Parser {
         program_.require_subcommand(1);
         program_.set_help_flag("-h,--help", "Print this help and end");
         program_.set_version_flag("--version", std::string("vornaset ") + programVersion, "Print the version and end");
-        program_.footer(std::string("Say \"vornaset COMMAND --help\" for the options of a command.\n\n") + exitStatusHelp);
+        program_.footer(std::string("Say \"vornaset COMMAND --help\" for the options of a command.\n\n") +
+                        exitStatusHelp);
         program_.get_formatter()->column_width(descriptionColumn);
         declareMerge();
         declareExport();
@@ -124,25 +135,26 @@ class Parser {
         }
         if (merge_->parsed()) return mergeCommand();
         if (export_->parsed()) return ExportCommand{openTemplate_, outputPath_, verbosity()};
-        if (check_->parsed())
-            return CheckCommand{openTemplate_, dataPath_, data_.read(), rulesPath_, strictness()};
+        if (check_->parsed()) return CheckCommand{openTemplate_, dataPath_, data_.read(), rulesPath_, strictness()};
         return InfoCommand{openTemplate_};
     }
 
   private:
     void declareTemplate(CLI::App& command) {
         command.add_option("TEMPLATE", openTemplate_.path, "The template, an IDML file")->required()->type_name("");
-        command.add_option("--fonts", openTemplate_.fontFolder,
-                           "A folder with more fonts, used before those of the machine. Default: none. "
-                           "Example: --fonts ~/fonts")
+        command
+            .add_option("--fonts", openTemplate_.fontFolder,
+                        "A folder with more fonts, used before those of the machine. Default: none. "
+                        "Example: --fonts ~/fonts")
             ->type_name("DIR");
     }
 
     void declareData(CLI::App& command) {
         command.add_option("DATA", dataPath_, "The data file, CSV")->required()->type_name("");
         data_.declare(command);
-        command.add_option("--rules", rulesPath_,
-                           "A file of rules that translate values (see below). Default: none. Example: --rules rules.json")
+        command
+            .add_option("--rules", rulesPath_,
+                        "A file of rules that translate values (see below). Default: none. Example: --rules rules.json")
             ->type_name("FILE.json");
     }
 
@@ -164,29 +176,36 @@ class Parser {
 
     void declareMerge() {
         merge_ = &declareCommand("merge", "Merge a template with the records of a data file into one PDF.",
-                                std::string(mergeHelp) + mergeExamples + rulesHelp + exitStatusHelp);
+                                 std::string(mergeHelp) + mergeExamples + rulesHelp + exitStatusHelp);
         declareTemplate(*merge_);
         declareData(*merge_);
         declareOutput(*merge_, "-o letters.pdf");
         merge_->add_option("--start", start_, "First record, from 1. Default: 1. Example: --start 101")->type_name("N");
-        merge_->add_option("--count", count_, "That many records and no more. Default: all that follow. Example: --count 50")
+        merge_
+            ->add_option("--count", count_,
+                         "That many records and no more. Default: all that follow. Example: --count 50")
             ->type_name("N");
-        merge_->add_option("--offset", offset_,
-                           "Records from one page set to the next. Default: the largest frame number of the template, at "
-                           "least 1. Example: --offset 24")
+        merge_
+            ->add_option("--offset", offset_,
+                         "Records from one page set to the next. Default: the largest frame number of the template, at "
+                         "least 1. Example: --offset 24")
             ->type_name("N");
         merge_->add_flag("--keep-empty-lines", keepsEmptyLines_,
                          "Keep lines whose placeholders are all empty. Default: they go");
-        merge_->add_option("--report", reportPath_,
-                           "Write a JSON file with the counts and every problem page (kind, page and record from 1, frame, "
-                           "story). Default: none. Example: --report letters.json")
+        merge_
+            ->add_option(
+                "--report", reportPath_,
+                "Write a JSON file with the counts and every problem page (kind, page and record from 1, frame, "
+                "story). Default: none. Example: --report letters.json")
             ->type_name("FILE.json");
-        declareStrict(*merge_, "Exit status 3 when there are problems: text that doesn't fit, pictures that are missing");
+        declareStrict(*merge_,
+                      "Exit status 3 when there are problems: text that doesn't fit, pictures that are missing");
     }
 
     void declareExport() {
-        export_ = &declareCommand("export", "Export a template as it stands, placeholders and all, into one PDF.",
-                                  std::string("Example:\n  vornaset export letter.idml -o plain.pdf\n\n") + exitStatusHelp);
+        export_ =
+            &declareCommand("export", "Export a template as it stands, placeholders and all, into one PDF.",
+                            std::string("Example:\n  vornaset export letter.idml -o plain.pdf\n\n") + exitStatusHelp);
         declareTemplate(*export_);
         declareOutput(*export_, "-o plain.pdf");
     }
@@ -194,7 +213,8 @@ class Parser {
     void declareCheck() {
         check_ = &declareCommand(
             "check",
-            "Tell how template and data fit together: placeholders that no column or rule answers, columns that nothing uses, "
+            "Tell how template and data fit together: placeholders that no column or rule answers, columns that "
+            "nothing uses, "
             "fonts that the machine lacks, character styles that the data name and the template lacks.",
             std::string("Example:\n  vornaset check letter.idml people.csv\n\n") + rulesHelp + exitStatusHelp);
         declareTemplate(*check_);
@@ -203,9 +223,9 @@ class Parser {
     }
 
     void declareInfo() {
-        info_ = &declareCommand("info",
-                                "Describe a template: pages, frames with their numbers and columns, stories, styles, fonts.",
-                                std::string("Example:\n  vornaset info letter.idml\n\n") + exitStatusHelp);
+        info_ = &declareCommand(
+            "info", "Describe a template: pages, frames with their numbers and columns, stories, styles, fonts.",
+            std::string("Example:\n  vornaset info letter.idml\n\n") + exitStatusHelp);
         declareTemplate(*info_);
     }
 

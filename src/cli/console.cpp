@@ -31,8 +31,7 @@ std::string replacementText(const companion::RunResult& result) {
 
 }  // namespace
 
-Console::Console(Verbosity verbosity)
-    : isQuiet_(verbosity == Verbosity::Quiet), showsBar_(!isQuiet_ && isTerminal()) {}
+Console::Console(Verbosity verbosity) : isQuiet_(verbosity == Verbosity::Quiet), showsBar_(!isQuiet_ && isTerminal()) {}
 
 bool Console::goesOn(std::uint64_t pagesDone, std::uint64_t pagesTotal) {
     pagesDone_ = pagesDone;
@@ -47,7 +46,9 @@ void Console::warn(const std::string& clause) {
     std::fprintf(stderr, "vornaset: warning: %s.\n", clause.c_str());
 }
 
-void Console::writingBegins() { noteSignalsOnly(); }
+void Console::writingBegins() {
+    noteSignalsOnly();
+}
 
 void Console::runEnded() {
     clearBar();
@@ -95,7 +96,9 @@ void Console::clearBar() {
     isBarDrawn_ = false;
 }
 
-void printError(const std::string& sentence) { std::fprintf(stderr, "vornaset: %s\n", sentence.c_str()); }
+void printError(const std::string& sentence) {
+    std::fprintf(stderr, "vornaset: %s\n", sentence.c_str());
+}
 
 bool print(const std::string& text) {
     bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();

@@ -5,9 +5,9 @@ namespace cli {
 /// What the program ends with. An end by a signal is 128 and the signal's number, as shells count.
 enum ExitStatus : int {
     exitDone = 0,
-    exitFailed = 1,       ///< bad input, or a run that failed
+    exitFailed = 1,  ///< bad input, or a run that failed
     exitWrongUsage = 2,
-    exitProblems = 3,     ///< --strict, and there are problems
+    exitProblems = 3,  ///< --strict, and there are problems
     exitSignalBase = 128,
 };
 

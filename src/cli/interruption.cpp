@@ -40,8 +40,12 @@ void watchSignals() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-void noteSignalsOnly() { notesOnly = 1; }
+void noteSignalsOnly() {
+    notesOnly = 1;
+}
 
-int notedSignal() { return noted; }
+int notedSignal() {
+    return noted;
+}
 
 }  // namespace cli

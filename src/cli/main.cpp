@@ -22,7 +22,9 @@ int stopped(const Console& console) {
     return exitSignalBase + (notedSignal() ? notedSignal() : SIGINT);
 }
 
-int execute(const AnswerCommand& command) { return printOrFail(command.text); }
+int execute(const AnswerCommand& command) {
+    return printOrFail(command.text);
+}
 
 int execute(const MergeCommand& command) {
     Console console(command.verbosity);
@@ -51,7 +53,9 @@ int execute(const CheckCommand& command) {
     return status == exitDone && command.strictness == Strictness::Strict && !result.isGood ? exitProblems : status;
 }
 
-int execute(const InfoCommand& command) { return printOrFail(companion::runInfo(command.openTemplate)); }
+int execute(const InfoCommand& command) {
+    return printOrFail(companion::runInfo(command.openTemplate));
+}
 
 int run(int argumentCount, const char* const* arguments) {
     try {
@@ -70,4 +74,6 @@ int run(int argumentCount, const char* const* arguments) {
 }  // namespace
 }  // namespace cli
 
-int main(int argumentCount, char** arguments) { return cli::run(argumentCount, arguments); }
+int main(int argumentCount, char** arguments) {
+    return cli::run(argumentCount, arguments);
+}

@@ -8,8 +8,8 @@
 
 namespace companion {
 
-// A growable run of bytes that is never filled before it is used and that grows without a second copy where the system
-// can move pages. Behind the last byte there is always one more byte, which is 0 after terminate().
+/// A growable run of bytes that is never filled before it is used and that grows without a second copy where the system
+/// can move pages. Behind the last byte there is always one more byte, which is 0 after terminate().
 class ByteBuffer {
   public:
     ByteBuffer() = default;
@@ -25,7 +25,7 @@ class ByteBuffer {
         return *this;
     }
 
-    // Keeps the bytes that both sizes have; new bytes are undefined. Throws std::bad_alloc and is unchanged then.
+    /// Keeps the bytes that both sizes have; new bytes are undefined. Throws std::bad_alloc and is unchanged then.
     void resize(std::size_t size) {
         void* moved = std::realloc(bytes_, size + 1);
         if (!moved) throw std::bad_alloc();
@@ -33,7 +33,7 @@ class ByteBuffer {
         size_ = size;
     }
 
-    // Puts the 0 behind the last byte.
+    /// Puts the 0 behind the last byte.
     void terminate() {
         if (!bytes_) resize(0);
         bytes_[size_] = 0;

@@ -22,7 +22,8 @@ void refuseOtherKinds(std::string_view bytes, const std::string& name) {
             throw Error("the data file \"" + name + "\" is " + kind + ", not CSV; save its table as CSV.");
 }
 
-/// Bytes that are neither Unicode nor free of zeros are no text in an old encoding either, whatever letters they seem to have.
+/// Bytes that are neither Unicode nor free of zeros are no text in an old encoding either, whatever letters they seem
+/// to have.
 void refuseBinary(std::string_view bytes, TextEncoding found, const std::string& name) {
     bool isOldEncoding = found == TextEncoding::windows1252 || found == TextEncoding::macRoman;
     if (isOldEncoding && bytes.find('\0') != bytes.npos)
@@ -103,7 +104,8 @@ class CsvReader {
     }
 
     void readNames() {
-        if (!skipEmptyLines()) throw Error("the data file \"" + name_ + "\" has only empty lines; it needs column names.");
+        if (!skipEmptyLines())
+            throw Error("the data file \"" + name_ + "\" has only empty lines; it needs column names.");
         std::unordered_map<std::string, std::size_t> seen;
         ScannedCell cell;
         do {
@@ -149,8 +151,7 @@ class CsvReader {
         DataPlace place{record_, firstLine, column};
         if (isEmpty)
             warn({record_, firstLine, 0}, placeText({record_, firstLine, 0}) + " has only empty cells and was kept");
-        if (dropped)
-            warn(place, placeText(place) + " stands behind the last column and is empty; it was dropped");
+        if (dropped) warn(place, placeText(place) + " stands behind the last column and is empty; it was dropped");
         if (column < table_.columns_.size()) warnOfMissingCells({record_, firstLine, column + 1});
     }
 
@@ -175,9 +176,11 @@ class CsvReader {
             fail(place, excerpt(fault.substr(0, fault.find_first_of(",;\t\r\n"))) +
                             " stands behind the closing quote; a quote inside a quoted cell is written twice.");
         if (fault.front() == 0)
-            fail(place, "a zero byte: the file isn't text, or it is UTF-16 without a byte order mark (then say "
-                        "--encoding utf-16le or utf-16be).");
-        fail(place, "the control character " + hexadecimal(fault.front()) + ": the file isn't text, or that character must go.");
+            fail(place,
+                 "a zero byte: the file isn't text, or it is UTF-16 without a byte order mark (then say "
+                 "--encoding utf-16le or utf-16be).");
+        fail(place, "the control character " + hexadecimal(fault.front()) +
+                        ": the file isn't text, or that character must go.");
     }
 
     // "record 3 (line 4), column 2", "line 1, column 2" for the line of column names.

@@ -35,7 +35,9 @@ Descriptor openToRead(const std::string& path, const std::string& what) {
     throw Error(what + " \"" + path + "\" can't be opened: " + std::strerror(errno) + ".");
 }
 
-std::string inMegabytes(std::uint64_t bytes) { return std::to_string(bytes / 1'000'000) + " MB"; }
+std::string inMegabytes(std::uint64_t bytes) {
+    return std::to_string(bytes / 1'000'000) + " MB";
+}
 
 }  // namespace
 
@@ -57,7 +59,8 @@ ByteBuffer readWholeFile(const std::string& path, const std::string& what, std::
     std::size_t filled = 0;
     for (;;) {
         if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
-        ssize_t got = ::read(file.number(), bytes.data() + filled, std::min<std::size_t>(bytes.size() - filled, 1 << 30));
+        ssize_t got =
+            ::read(file.number(), bytes.data() + filled, std::min<std::size_t>(bytes.size() - filled, 1 << 30));
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) throw Error(what + " \"" + path + "\" can't be read: " + std::strerror(errno) + ".");
         if (got == 0) break;

@@ -16,8 +16,7 @@ using vornaset::String;
 class RuleObject : public vornaset::Object {
   public:
     explicit RuleObject(const MappingRule& rule)
-        : name_(text(rule.name)), contentOf_(text(rule.contentOf)),
-          replacements_(vornaset::Dictionary::makeMutable()) {
+        : name_(text(rule.name)), contentOf_(text(rule.contentOf)), replacements_(vornaset::Dictionary::makeMutable()) {
         for (auto& [from, to] : rule.replacements) replacements_.setValue(text(from), text(to));
     }
 
@@ -44,8 +43,10 @@ bool nestsTooDeep(std::string_view json) {
     for (std::size_t i = 0; i < json.size(); ++i) {
         char character = json[i];
         if (inText) {
-            if (character == '\\') ++i;
-            else if (character == '"') inText = false;
+            if (character == '\\')
+                ++i;
+            else if (character == '"')
+                inText = false;
         } else if (character == '"') {
             inText = true;
         } else if (character == '[' || character == '{') {

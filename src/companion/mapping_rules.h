@@ -11,7 +11,7 @@ namespace companion {
 /// A computed column: where no column has the name, the placeholder shows the value of another column, translated.
 struct MappingRule {
     std::string name;
-    std::string contentOf;  ///< name of the column that feeds it
+    std::string contentOf;                                          ///< name of the column that feeds it
     std::vector<std::pair<std::string, std::string>> replacements;  ///< value of that column to text, in file order
 };
 

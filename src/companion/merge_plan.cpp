@@ -9,7 +9,9 @@
 namespace companion {
 namespace {
 
-std::uint64_t dividedUp(std::uint64_t dividend, std::uint64_t divisor) { return (dividend - 1) / divisor + 1; }
+std::uint64_t dividedUp(std::uint64_t dividend, std::uint64_t divisor) {
+    return (dividend - 1) / divisor + 1;
+}
 
 /// "3", "3 to 5", "3, 7 to 9, ..." for the numbers from 1 to the largest that are not there.
 std::string gapsIn(const std::set<std::uint64_t>& numbers) {

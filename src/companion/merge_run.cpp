@@ -53,7 +53,8 @@ class Warnings {
         for (const UnansweredPlaceholder& one : check.unanswered)
             add("no column or rule answers the placeholder <<" + one.column + ">>");
         for (const std::string& story : check.unnumberedStories)
-            add("story " + story + " has placeholders, but its first frame has no number: they are printed as they stand");
+            add("story " + story +
+                " has placeholders, but its first frame has no number: they are printed as they stand");
         for (auto& [column, frame] : check.missingImageColumns)
             add("frame " + frame + " takes its picture from the column \"" + column + "\", which the data lack");
         for (auto& [style, record] : check.missingStyles)
@@ -98,16 +99,17 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
                                                                        : desk::ExportAnswer::Stop;
     };
     watcher.writingBegins();
-    result.outcome = place.open().exportPdf(request) == desk::ExportOutcome::Finished ? RunOutcome::Finished
-                                                                                      : RunOutcome::Stopped;
+    result.outcome =
+        place.open().exportPdf(request) == desk::ExportOutcome::Finished ? RunOutcome::Finished : RunOutcome::Stopped;
     result.pageSets = pageSets;
     result.pages = pageSets * place.facts().pages.size();
-    for (const ReplacedFont& font : place.facts().replacedFonts) result.replacedFonts.emplace_back(font.asked, font.used);
+    for (const ReplacedFont& font : place.facts().replacedFonts)
+        result.replacedFonts.emplace_back(font.asked, font.used);
     result.missingCharacters = place.open().missingCharacters();
 }
 
-void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan,
-                   const vornaset::Dictionary& job, RunWatcher& watcher, RunResult& result) {
+void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan, const vornaset::Dictionary& job,
+                   RunWatcher& watcher, RunResult& result) {
     PasteboardOfRun pasteboard;
     ProblemKeeper keeper(place.facts(), plan.rows, result.problems);
     pasteboard.post(job);
@@ -138,7 +140,8 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
     warnings.addAll(table->warnings());
 
     Workplace place(options.openTemplate);
-    MergePlan plan = planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
+    MergePlan plan =
+        planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
     for (const std::string& warning : plan.warnings) warnings.add(warning);
     warnings.addAll(checkTemplate(place.facts(), *table, rules));
     std::unique_ptr<ReportFile> report;
@@ -146,7 +149,8 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
 
     vornaset::setupRules(ruleObjects(rules));
     result.records = plan.records;
-    exportRecords(place, options.outputPath, plan, makeJob(std::move(table), plan, options.emptyLines), watcher, result);
+    exportRecords(place, options.outputPath, plan, makeJob(std::move(table), plan, options.emptyLines), watcher,
+                  result);
     if (report && result.outcome == RunOutcome::Finished) report->finish(reportText(options, result));
     return result;
 }

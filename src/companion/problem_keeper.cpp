@@ -7,7 +7,9 @@ namespace companion {
 ProblemKeeper::ProblemKeeper(const TemplateFacts& facts, std::uint64_t realRows, std::vector<ProblemPage>& problems)
     : facts_(facts), realRows_(realRows), problems_(problems), former_(vornaset::setMergeObserver(this)) {}
 
-ProblemKeeper::~ProblemKeeper() { vornaset::setMergeObserver(former_); }
+ProblemKeeper::~ProblemKeeper() {
+    vornaset::setMergeObserver(former_);
+}
 
 void ProblemKeeper::problem(vornaset::ProblemKind kind, const vornaset::MergePlace& place) {
     bool isRecord = place.row >= 0 && static_cast<std::uint64_t>(place.row) < realRows_;
@@ -26,8 +28,8 @@ void ProblemKeeper::problem(vornaset::ProblemKind kind, const vornaset::MergePla
 
 void ProblemKeeper::rangeFailure(const vornaset::MergePlace& place, const vornaset::RangeException&) {
     const StoryFacts* story = facts_.story(place.story.GetUID().Get());
-    failure_ = "the template \"" + facts_.path + "\", story " + (story ? story->name : std::string("?")) +
-               ", record " + std::to_string(place.row + 1) +
+    failure_ = "the template \"" + facts_.path + "\", story " + (story ? story->name : std::string("?")) + ", record " +
+               std::to_string(place.row + 1) +
                ": a placeholder that moves on to the next record (its key ends in \"#\") finds none; end the run "
                "earlier with --count or take the \"#\" away.";
 }

@@ -10,8 +10,8 @@
 
 namespace companion {
 
-/// Keeps every report of a run, and the place where a placeholder ran out of rows. It is the run's observer as long as it
-/// lives; facts and problems must outlive it.
+/// Keeps every report of a run, and the place where a placeholder ran out of rows. It is the run's observer as long as
+/// it lives; facts and problems must outlive it.
 class ProblemKeeper : public vornaset::MergeObserver {
   public:
     /// `realRows` is the number of rows that aren't padding: what is told of padding is no problem.

@@ -74,7 +74,8 @@ void ReportFile::finish(const std::string& text) {
 }
 
 void ReportFile::fail(const std::string& what, int reason) {
-    throw Error("the report \"" + path_ + "\" " + what + (reason ? std::string(": ") + std::strerror(reason) : "") + ".");
+    throw Error("the report \"" + path_ + "\" " + what + (reason ? std::string(": ") + std::strerror(reason) : "") +
+                ".");
 }
 
 }  // namespace companion

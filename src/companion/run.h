@@ -33,7 +33,7 @@ struct MergeOptions {
     TemplateOptions openTemplate;
     std::string dataPath;
     DataOptions data;
-    std::string rulesPath;   ///< empty for none
+    std::string rulesPath;  ///< empty for none
     std::string outputPath;
     std::string reportPath;  ///< empty for none
     MergeRange range;
@@ -58,9 +58,9 @@ struct RunResult {
     std::uint64_t pageSets = 0;
     std::uint64_t pages = 0;
     std::vector<ProblemPage> problems;
-    std::vector<std::string> warnings;                   ///< all that the watcher was told
+    std::vector<std::string> warnings;                               ///< all that the watcher was told
     std::vector<std::pair<std::string, std::string>> replacedFonts;  ///< asked for, used
-    std::string missingCharacters;                       ///< that no font of the machine has
+    std::string missingCharacters;                                   ///< that no font of the machine has
 };
 
 /// Reads the rows, opens the template, posts the job, exports one page set after the other and reports. The PDF and the

@@ -73,8 +73,8 @@ class Check {
             if (story.number >= 1)
                 for (const FoundPlaceholder& placeholder : story.placeholders) asked.insert(placeholder.column);
         for (const std::string& column : table_.columns()) {
-            bool isUsed = column.empty() || used_.count(column) ||
-                          (column.front() == '#' && asked.count(column.substr(1)));
+            bool isUsed =
+                column.empty() || used_.count(column) || (column.front() == '#' && asked.count(column.substr(1)));
             if (!isUsed) result_.unusedColumns.push_back(column);
         }
     }
@@ -118,9 +118,11 @@ TemplateCheck checkTemplate(const TemplateFacts& facts, const DataTable& table, 
 std::string textOfCheck(const TemplateCheck& check) {
     std::string text;
     for (const UnansweredPlaceholder& one : check.unanswered)
-        text += "placeholder <<" + one.column + ">>: no column or rule answers it (story " + joined(one.stories) + ")\n";
+        text +=
+            "placeholder <<" + one.column + ">>: no column or rule answers it (story " + joined(one.stories) + ")\n";
     for (const std::string& story : check.unnumberedStories)
-        text += "story " + story + ": has placeholders, but its first frame has no number; they are printed as they stand\n";
+        text += "story " + story +
+                ": has placeholders, but its first frame has no number; they are printed as they stand\n";
     for (auto& [column, frame] : check.missingImageColumns)
         text += "frame " + frame + ": takes its picture from the column \"" + column + "\", which the data lack\n";
     for (const std::string& rule : check.unfedRules)
@@ -129,7 +131,8 @@ std::string textOfCheck(const TemplateCheck& check) {
     for (const ReplacedFont& font : check.missingFonts)
         text += "font " + font.asked + ": not on this machine, " + font.used + " stands in\n";
     for (auto& [style, record] : check.missingStyles)
-        text += "character style \"" + style + "\": the template lacks it (first in record " + std::to_string(record) + ")\n";
+        text += "character style \"" + style + "\": the template lacks it (first in record " + std::to_string(record) +
+                ")\n";
     return text.empty() ? "Template and data fit together.\n" : text;
 }
 

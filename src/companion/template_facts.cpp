@@ -10,20 +10,30 @@ namespace {
 
 const char* kindText(desk::ItemKind kind) {
     switch (kind) {
-        case desk::ItemKind::Rectangle: return "rectangle";
-        case desk::ItemKind::Oval: return "oval";
-        case desk::ItemKind::Polygon: return "polygon";
-        case desk::ItemKind::GraphicLine: return "line";
-        case desk::ItemKind::TextFrame: return "text frame";
-        case desk::ItemKind::Group: return "group";
-        case desk::ItemKind::Graphic: return "graphic";
-        case desk::ItemKind::Unknown: break;
+        case desk::ItemKind::Rectangle:
+            return "rectangle";
+        case desk::ItemKind::Oval:
+            return "oval";
+        case desk::ItemKind::Polygon:
+            return "polygon";
+        case desk::ItemKind::GraphicLine:
+            return "line";
+        case desk::ItemKind::TextFrame:
+            return "text frame";
+        case desk::ItemKind::Group:
+            return "group";
+        case desk::ItemKind::Graphic:
+            return "graphic";
+        case desk::ItemKind::Unknown:
+            break;
     }
     return "item";
 }
 
 /// An object that was made in memory has no id in a package.
-std::string nameOf(const std::string& self, desk::Uid uid) { return self.empty() ? "#" + std::to_string(uid) : self; }
+std::string nameOf(const std::string& self, desk::Uid uid) {
+    return self.empty() ? "#" + std::to_string(uid) : self;
+}
 
 class Inquiry {
   public:
@@ -130,9 +140,13 @@ const Facts* withUid(const std::vector<Facts>& all, std::uint32_t uid) {
 
 }  // namespace
 
-const FrameFacts* TemplateFacts::frame(std::uint32_t uid) const { return withUid(frames, uid); }
+const FrameFacts* TemplateFacts::frame(std::uint32_t uid) const {
+    return withUid(frames, uid);
+}
 
-const StoryFacts* TemplateFacts::story(std::uint32_t uid) const { return withUid(stories, uid); }
+const StoryFacts* TemplateFacts::story(std::uint32_t uid) const {
+    return withUid(stories, uid);
+}
 
 std::vector<std::int64_t> TemplateFacts::frameNumbers() const {
     std::vector<std::int64_t> numbers;

@@ -14,7 +14,8 @@ class Template;
 namespace companion {
 
 // What a merge needs to know of a template, and what `info` tells of it: plain data, taken once from the open template.
-// Texts are UTF-8. `name` is how messages and reports call an object: the id that it has in the package, which is unique.
+// Texts are UTF-8. `name` is how messages and reports call an object: the id that it has in the package, which is
+// unique.
 
 struct PageFacts {
     std::string number;  ///< as the page shows it: "1", "iv"
@@ -25,13 +26,13 @@ struct PageFacts {
 struct FrameFacts {
     std::uint32_t uid = 0;
     std::string name;
-    std::string givenName;  ///< by a person; may be empty
-    std::string kind;       ///< "text frame", "rectangle", ...
-    int page = 0;           ///< from 1; 0 for a frame on no page
+    std::string givenName;                            ///< by a person; may be empty
+    std::string kind;                                 ///< "text frame", "rectangle", ...
+    int page = 0;                                     ///< from 1; 0 for a frame on no page
     double left = 0, top = 0, width = 0, height = 0;  ///< points, from the page's left top corner
-    std::int64_t number = 0;  ///< frame number, 0 for a static frame
-    std::string column;       ///< that feeds an image frame; may be empty
-    std::string story;        ///< name of its story; empty for a frame without text
+    std::int64_t number = 0;                          ///< frame number, 0 for a static frame
+    std::string column;                               ///< that feeds an image frame; may be empty
+    std::string story;                                ///< name of its story; empty for a frame without text
 };
 
 struct StoryFacts {
@@ -51,7 +52,7 @@ struct ReplacedFont {
 struct TemplateFacts {
     std::string path;
     std::vector<PageFacts> pages;
-    std::vector<FrameFacts> frames;    ///< in page order, frames that stand in text behind them
+    std::vector<FrameFacts> frames;  ///< in page order, frames that stand in text behind them
     std::vector<StoryFacts> stories;
     std::vector<std::string> paragraphStyles, characterStyles, objectStyles;
     std::vector<std::string> fonts;           ///< family and style, as the template lists them

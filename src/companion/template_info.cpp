@@ -38,7 +38,9 @@ std::string storyLine(const StoryFacts& story) {
     return text + "\n";
 }
 
-std::string section(const std::string& title, std::size_t count) { return title + ": " + std::to_string(count) + "\n"; }
+std::string section(const std::string& title, std::size_t count) {
+    return title + ": " + std::to_string(count) + "\n";
+}
 
 std::string listed(const std::string& title, const std::vector<std::string>& names) {
     std::string text = section(title, names.size());

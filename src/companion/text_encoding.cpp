@@ -17,21 +17,21 @@ constexpr char32_t noCharacter = 0xFFFF'FFFF;
 // The upper halves of the two single-byte encodings, from 0x80. Source: the mapping tables that Unicode publishes
 // (WindowsBestFit/CP1252 without its best fits, APPLE/ROMAN).
 constexpr std::array<char32_t, 32> windowsControls = {
-    0x20AC, noCharacter, 0x201A, 0x0192, 0x201E,      0x2026, 0x2020, 0x2021,      0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152,      noCharacter, 0x017D, noCharacter, noCharacter, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014,      0x02DC, 0x2122, 0x0161,      0x203A, 0x0153, noCharacter, 0x017E, 0x0178};
+    0x20AC, noCharacter, 0x201A,      0x0192, 0x201E,      0x2026,      0x2020, 0x2021,      0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152,      noCharacter, 0x017D, noCharacter, noCharacter, 0x2018, 0x2019,      0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014,      0x02DC,      0x2122, 0x0161,      0x203A,      0x0153, noCharacter, 0x017E, 0x0178};
 
 constexpr std::array<char32_t, 128> macRomanUpper = {
-    0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3, 0x00E5, 0x00E7,
-    0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3, 0x00F2, 0x00F4, 0x00F6, 0x00F5,
-    0x00FA, 0x00F9, 0x00FB, 0x00FC, 0x2020, 0x00B0, 0x00A2, 0x00A3, 0x00A7, 0x2022, 0x00B6, 0x00DF, 0x00AE, 0x00A9,
-    0x2122, 0x00B4, 0x00A8, 0x2260, 0x00C6, 0x00D8, 0x221E, 0x00B1, 0x2264, 0x2265, 0x00A5, 0x00B5, 0x2202, 0x2211,
-    0x220F, 0x03C0, 0x222B, 0x00AA, 0x00BA, 0x03A9, 0x00E6, 0x00F8, 0x00BF, 0x00A1, 0x00AC, 0x221A, 0x0192, 0x2248,
-    0x2206, 0x00AB, 0x00BB, 0x2026, 0x00A0, 0x00C0, 0x00C3, 0x00D5, 0x0152, 0x0153, 0x2013, 0x2014, 0x201C, 0x201D,
-    0x2018, 0x2019, 0x00F7, 0x25CA, 0x00FF, 0x0178, 0x2044, 0x20AC, 0x2039, 0x203A, 0xFB01, 0xFB02, 0x2021, 0x00B7,
-    0x201A, 0x201E, 0x2030, 0x00C2, 0x00CA, 0x00C1, 0x00CB, 0x00C8, 0x00CD, 0x00CE, 0x00CF, 0x00CC, 0x00D3, 0x00D4,
-    0xF8FF, 0x00D2, 0x00DA, 0x00DB, 0x00D9, 0x0131, 0x02C6, 0x02DC, 0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD,
-    0x02DB, 0x02C7};
+    0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3, 0x00E5,
+    0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3, 0x00F2, 0x00F4,
+    0x00F6, 0x00F5, 0x00FA, 0x00F9, 0x00FB, 0x00FC, 0x2020, 0x00B0, 0x00A2, 0x00A3, 0x00A7, 0x2022, 0x00B6,
+    0x00DF, 0x00AE, 0x00A9, 0x2122, 0x00B4, 0x00A8, 0x2260, 0x00C6, 0x00D8, 0x221E, 0x00B1, 0x2264, 0x2265,
+    0x00A5, 0x00B5, 0x2202, 0x2211, 0x220F, 0x03C0, 0x222B, 0x00AA, 0x00BA, 0x03A9, 0x00E6, 0x00F8, 0x00BF,
+    0x00A1, 0x00AC, 0x221A, 0x0192, 0x2248, 0x2206, 0x00AB, 0x00BB, 0x2026, 0x00A0, 0x00C0, 0x00C3, 0x00D5,
+    0x0152, 0x0153, 0x2013, 0x2014, 0x201C, 0x201D, 0x2018, 0x2019, 0x00F7, 0x25CA, 0x00FF, 0x0178, 0x2044,
+    0x20AC, 0x2039, 0x203A, 0xFB01, 0xFB02, 0x2021, 0x00B7, 0x201A, 0x201E, 0x2030, 0x00C2, 0x00CA, 0x00C1,
+    0x00CB, 0x00C8, 0x00CD, 0x00CE, 0x00CF, 0x00CC, 0x00D3, 0x00D4, 0xF8FF, 0x00D2, 0x00DA, 0x00DB, 0x00D9,
+    0x0131, 0x02C6, 0x02DC, 0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7};
 
 using Byte = std::uint8_t;
 
@@ -79,7 +79,9 @@ std::size_t utf8Length(char32_t character) {
 Byte* putUtf8(Byte* out, char32_t character) {
     auto tail = [&](int shift) { return static_cast<Byte>(0x80 | (character >> shift & 0x3F)); };
     switch (utf8Length(character)) {
-        case 1: *out++ = static_cast<Byte>(character); break;
+        case 1:
+            *out++ = static_cast<Byte>(character);
+            break;
         case 2:
             *out++ = static_cast<Byte>(0xC0 | character >> 6);
             *out++ = tail(0);
@@ -193,11 +195,16 @@ void keepUtf8(ByteBuffer& bytes, std::size_t mark, const std::string& name) {
 
 std::string_view nameOfEncoding(TextEncoding encoding) {
     switch (encoding) {
-        case TextEncoding::utf8: return "UTF-8";
-        case TextEncoding::utf16LittleEndian: return "UTF-16LE";
-        case TextEncoding::utf16BigEndian: return "UTF-16BE";
-        case TextEncoding::windows1252: return "Windows-1252";
-        case TextEncoding::macRoman: return "Mac Roman";
+        case TextEncoding::utf8:
+            return "UTF-8";
+        case TextEncoding::utf16LittleEndian:
+            return "UTF-16LE";
+        case TextEncoding::utf16BigEndian:
+            return "UTF-16BE";
+        case TextEncoding::windows1252:
+            return "Windows-1252";
+        case TextEncoding::macRoman:
+            return "Mac Roman";
     }
     return "";
 }
@@ -242,7 +249,10 @@ std::size_t firstIllFormedByte(std::string_view bytes) {
             ++at;
             continue;
         }
-        std::size_t length = lead >= 0xC2 && lead <= 0xDF ? 2 : (lead & 0xF0) == 0xE0 ? 3 : lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+        std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
+                             : (lead & 0xF0) == 0xE0        ? 3
+                             : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                            : 0;
         if (length == 0 || at + length > size) return at;
         // The second byte has a narrower range where overlong forms, surrogates and values past U+10FFFF would begin.
         Byte low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
@@ -279,11 +289,16 @@ void decodeInPlace(ByteBuffer& bytes, TextEncoding encoding, const std::string& 
         encoding = TextEncoding::utf16LittleEndian;
     std::size_t mark = markLength(bytes.view(), encoding);
     switch (encoding) {
-        case TextEncoding::utf8: return keepUtf8(bytes, mark, name);
-        case TextEncoding::utf16LittleEndian: return decodeWith<Utf16Source<false>>(bytes, mark, encoding, name);
-        case TextEncoding::utf16BigEndian: return decodeWith<Utf16Source<true>>(bytes, mark, encoding, name);
-        case TextEncoding::windows1252: return decodeWith<Windows1252Source>(bytes, mark, encoding, name);
-        case TextEncoding::macRoman: return decodeWith<MacRomanSource>(bytes, mark, encoding, name);
+        case TextEncoding::utf8:
+            return keepUtf8(bytes, mark, name);
+        case TextEncoding::utf16LittleEndian:
+            return decodeWith<Utf16Source<false>>(bytes, mark, encoding, name);
+        case TextEncoding::utf16BigEndian:
+            return decodeWith<Utf16Source<true>>(bytes, mark, encoding, name);
+        case TextEncoding::windows1252:
+            return decodeWith<Windows1252Source>(bytes, mark, encoding, name);
+        case TextEncoding::macRoman:
+            return decodeWith<MacRomanSource>(bytes, mark, encoding, name);
     }
 }
 

@@ -14,7 +14,9 @@ ByteBuffer bytesOf(std::string_view text) {
     return bytes;
 }
 
-DataTable read(std::string_view text, const DataOptions& options = {}) { return readData(bytesOf(text), "t.csv", options); }
+DataTable read(std::string_view text, const DataOptions& options = {}) {
+    return readData(bytesOf(text), "t.csv", options);
+}
 
 // The whole table on one line: names, then records, cells parted by "|", records by " / ", a forced line break as "¶".
 std::string shown(const DataTable& table) {
@@ -61,7 +63,8 @@ INSTANTIATE_TEST_SUITE_P(
         AcceptedCase{"one column", "a\n1\n2\n", "a / 1 / 2", ""},
         AcceptedCase{"quotes", "a,b\n\"x,y\",\"\"\n", "a|b / x,y|", ""},
         AcceptedCase{"doubled quotes", "a,b\n\"say \"\"hi\"\"\",\"\"\"\"\n", "a|b / say \"hi\"|\"", ""},
-        AcceptedCase{"a quote inside a plain cell is a character", "a,b\n5\" disk,x\"\"y\n", "a|b / 5\" disk|x\"\"y", ""},
+        AcceptedCase{"a quote inside a plain cell is a character", "a,b\n5\" disk,x\"\"y\n", "a|b / 5\" disk|x\"\"y",
+                     ""},
         AcceptedCase{"blanks belong to the cell", "a,b\n 1 , 2\n", "a|b /  1 | 2", ""},
         AcceptedCase{"LF in a cell", "a,b\n\"x\ny\",2\n", "a|b / x¶y|2", ""},
         AcceptedCase{"CRLF in a cell is one break", "a,b\r\n\"x\r\ny\",2\r\n", "a|b / x¶y|2", ""},
@@ -70,13 +73,20 @@ INSTANTIATE_TEST_SUITE_P(
         AcceptedCase{"LF before CR is two breaks", "a,b\n\"x\n\ry\",2\n", "a|b / x¶¶y|2", ""},
         AcceptedCase{"vertical tab", "a,b\nx\vy,2\n", "a|b / x¶y|2", ""},
         AcceptedCase{"quoted names", "\"a,1\",\"b\"\"\"\n1,2\n", "a,1|b\" / 1|2", ""},
-        AcceptedCase{"a byte order mark", "\xEF\xBB\xBF" "a,b\n1,2\n", "a|b / 1|2", ""},
-        AcceptedCase{"a byte order mark before a quote", "\xEF\xBB\xBF" "\"a\",b\n1,2\n", "a|b / 1|2", ""},
+        AcceptedCase{"a byte order mark",
+                     "\xEF\xBB\xBF"
+                     "a,b\n1,2\n",
+                     "a|b / 1|2", ""},
+        AcceptedCase{"a byte order mark before a quote",
+                     "\xEF\xBB\xBF"
+                     "\"a\",b\n1,2\n",
+                     "a|b / 1|2", ""},
         AcceptedCase{"semicolon", "a;b\n1,5;2\n", "a|b / 1,5|2", ""},
         AcceptedCase{"tab", "a\tb\n1,5\t2;3\n", "a|b / 1,5|2;3", ""},
-        AcceptedCase{"comma beside semicolons in text", "a,b,c\nx;y,2,3\nx;y;z,2,3\n", "a|b|c / x;y|2|3 / x;y;z|2|3", ""},
-        AcceptedCase{"semicolons beside a comma in a name", "name, first;b;c\nx;2;3\ny;2;3\n", "name, first|b|c / x|2|3 / y|2|3",
+        AcceptedCase{"comma beside semicolons in text", "a,b,c\nx;y,2,3\nx;y;z,2,3\n", "a|b|c / x;y|2|3 / x;y;z|2|3",
                      ""},
+        AcceptedCase{"semicolons beside a comma in a name", "name, first;b;c\nx;2;3\ny;2;3\n",
+                     "name, first|b|c / x|2|3 / y|2|3", ""},
         AcceptedCase{"a delimiter in quotes doesn't count", "\"a;b;c\",d\n\"1;2;3\",4\n", "a;b;c|d / 1;2;3|4", ""},
         AcceptedCase{"a hint", "sep=;\r\na;b,c\r\n1;2\r\n", "a|b,c / 1|2", ""},
         AcceptedCase{"an empty line", "a,b\n1,2\n\n3,4\n", "a|b / 1|2 / 3|4", "line 3 is empty and was skipped"},
@@ -123,40 +133,48 @@ INSTANTIATE_TEST_SUITE_P(
     Csv, Refused,
     testing::Values(
         RefusedCase{"names alone", "a,b\n", " has a line of column names and no records; add rows to it.", 0, 0, 0},
-        RefusedCase{"names and empty lines", "a,b\n\n\n", " has a line of column names and no records; add rows to it.", 0, 0,
-                    0},
+        RefusedCase{"names and empty lines", "a,b\n\n\n", " has a line of column names and no records; add rows to it.",
+                    0, 0, 0},
         RefusedCase{"empty lines alone", "\n\r\n", " has only empty lines; it needs column names.", 0, 0, 0},
-        RefusedCase{"a byte order mark alone", "\xEF\xBB\xBF", " has only empty lines; it needs column names.", 0, 0, 0},
+        RefusedCase{"a byte order mark alone", "\xEF\xBB\xBF", " has only empty lines; it needs column names.", 0, 0,
+                    0},
         RefusedCase{"two columns of one name", "id,city,x,city\n1,2,3,4\n",
-                    ", line 1, column 4: the columns 2 and 4 are both named \"city\"; give each a name of its own.", 0, 1, 4},
+                    ", line 1, column 4: the columns 2 and 4 are both named \"city\"; give each a name of its own.", 0,
+                    1, 4},
         RefusedCase{"a cell too many", "a,b\n1,2\n1,2,three\n",
-                    ", record 2 (line 3), column 3: the cell \"three\" belongs to no column, there are 2; put cells that hold a "
+                    ", record 2 (line 3), column 3: the cell \"three\" belongs to no column, there are 2; put cells "
+                    "that hold a "
                     "delimiter in quotes.",
                     2, 3, 3},
         RefusedCase{"an open quote", "a,b\n1,2\n\n3,\"x\n4,5\n",
                     ", record 2 (line 4), column 2: the quote that opens this cell is never closed.", 2, 4, 2},
         RefusedCase{"an open quote in the names", "a,\"b\n1,2\n",
                     ", line 1, column 2: the quote that opens this cell is never closed.", 0, 1, 2},
-        RefusedCase{"a character behind a closing quote", "a,b\n\"x\"yz,2\n",
-                    ", record 1 (line 2), column 1: \"yz\" stands behind the closing quote; a quote inside a quoted cell is "
-                    "written twice.",
-                    1, 2, 1},
-        RefusedCase{"a blank behind a closing quote", "a,b\n\"x\" ,2\n",
-                    ", record 1 (line 2), column 1: \" \" stands behind the closing quote; a quote inside a quoted cell is "
-                    "written twice.",
-                    1, 2, 1},
+        RefusedCase{
+            "a character behind a closing quote", "a,b\n\"x\"yz,2\n",
+            ", record 1 (line 2), column 1: \"yz\" stands behind the closing quote; a quote inside a quoted cell is "
+            "written twice.",
+            1, 2, 1},
+        RefusedCase{
+            "a blank behind a closing quote", "a,b\n\"x\" ,2\n",
+            ", record 1 (line 2), column 1: \" \" stands behind the closing quote; a quote inside a quoted cell is "
+            "written twice.",
+            1, 2, 1},
         RefusedCase{"a zero byte", std::string("a,b\n1,x\0y\n", 10),
-                    ", record 1 (line 2), column 2: a zero byte: the file isn't text, or it is UTF-16 without a byte order mark "
+                    ", record 1 (line 2), column 2: a zero byte: the file isn't text, or it is UTF-16 without a byte "
+                    "order mark "
                     "(then say --encoding utf-16le or utf-16be).",
                     1, 2, 2},
         RefusedCase{"a zero byte at the very end", std::string("a,b\n1,x\0", 8),
-                    ", record 1 (line 2), column 2: a zero byte: the file isn't text, or it is UTF-16 without a byte order mark "
+                    ", record 1 (line 2), column 2: a zero byte: the file isn't text, or it is UTF-16 without a byte "
+                    "order mark "
                     "(then say --encoding utf-16le or utf-16be).",
                     1, 2, 2},
-        RefusedCase{"a control character in quotes", "a,b\n1,\"x\x01\"\n",
-                    ", record 1 (line 2), column 2: the control character 0x01: the file isn't text, or that character must "
-                    "go.",
-                    1, 2, 2},
+        RefusedCase{
+            "a control character in quotes", "a,b\n1,\"x\x01\"\n",
+            ", record 1 (line 2), column 2: the control character 0x01: the file isn't text, or that character must "
+            "go.",
+            1, 2, 2},
         RefusedCase{"a spreadsheet", "PK\x03\x04 and so on",
                     " is a ZIP package (a spreadsheet, perhaps), not CSV; save its table as CSV.", 0, 0, 0}));
 
@@ -245,9 +263,12 @@ std::optional<Records> slowRecords(const std::string& text, char delimiter) {
         bool isLineEnd = c == '\r' || c == '\n';
         if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
         if (state == quoted) {
-            if (c == '"') state = quoteSeen;
-            else if (isLineEnd) cell += "\xE2\x80\xA8";
-            else cell += c;
+            if (c == '"')
+                state = quoteSeen;
+            else if (isLineEnd)
+                cell += "\xE2\x80\xA8";
+            else
+                cell += c;
         } else if (state == quoteSeen && c == '"') {
             cell += '"';
             state = quoted;
@@ -287,7 +308,8 @@ TEST(CsvReaderOnRandomText, ReadsWhatTheSlowReaderReads) {
         bool isGood = expected && expected->size() > 1;
         if (expected)
             for (auto& record : *expected)
-                for (std::size_t column = 4; column < record.size(); ++column) isGood = isGood && record[column].empty();
+                for (std::size_t column = 4; column < record.size(); ++column)
+                    isGood = isGood && record[column].empty();
         if (!isGood) {
             EXPECT_THROW(read(text, options), Error) << testing::PrintToString(text);
             ++refused;

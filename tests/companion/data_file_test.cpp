@@ -69,7 +69,8 @@ TEST_F(DataFile, MoreThanTheLimitIsRefused) {
     std::string exact = write("exact.csv", std::string(1'000'000, 'x'));
     EXPECT_EQ(sentence(exact), "");
     std::string more = write("more.csv", std::string(1'000'001, 'x'));
-    EXPECT_EQ(sentence(more), "the data file \"" + more + "\" has more than 1 MB, the most that is accepted; split it.");
+    EXPECT_EQ(sentence(more),
+              "the data file \"" + more + "\" has more than 1 MB, the most that is accepted; split it.");
     EXPECT_NE(sentence("/dev/zero").find("has more than 1 MB"), std::string::npos) << "an endless device ends too";
 }
 

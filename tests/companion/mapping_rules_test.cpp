@@ -37,7 +37,8 @@ TEST(MappingRules, AFaultNamesTheFileAndTheRule) {
         {R"([{"contentOf":"a","replacements":{}}])", "the rules file \"r.json\": rule 1 needs \"name\", a text."},
         {R"([{"name":"","contentOf":"a","replacements":{}}])",
          "the rules file \"r.json\": rule 1 has an empty \"name\", so no placeholder can use it."},
-        {R"([{"name":"a","contentOf":3,"replacements":{}}])", "the rules file \"r.json\": rule 1 needs \"contentOf\", a text."},
+        {R"([{"name":"a","contentOf":3,"replacements":{}}])",
+         "the rules file \"r.json\": rule 1 needs \"contentOf\", a text."},
         {R"([{"name":"a","contentOf":"b","replacements":{}},{"name":"a","contentOf":"b"}])",
          "the rules file \"r.json\": rule 2 needs \"replacements\", an object from text to text."},
         {R"([{"name":"a","contentOf":"b","replacements":{"1":2}}])",
@@ -59,8 +60,7 @@ TEST(MappingRules, DeepNestingIsRefusedBeforeItIsParsed) {
 }
 
 TEST(MappingRules, TheMergeTakesThemOver) {
-    vornaset::setupRules(
-        ruleObjects({{"Salutation", "Sex", {{"m", "Mr"}}}, {"Other", "X", {}}}));
+    vornaset::setupRules(ruleObjects({{"Salutation", "Sex", {{"m", "Mr"}}}, {"Other", "X", {}}}));
     Dictionary rule = vornaset::gRules.valueForKey("Salutation").dictionary();
     EXPECT_EQ(vornaset::stringForKey(rule, "contentOf"), String("Sex"));
     EXPECT_EQ(vornaset::stringForKey(rule.valueForKey("replacements"), "m"), String("Mr"));

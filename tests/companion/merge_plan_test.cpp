@@ -9,7 +9,8 @@
 namespace companion {
 namespace {
 
-MergeRange range(std::uint64_t start, std::optional<std::uint64_t> count = {}, std::optional<std::uint64_t> offset = {}) {
+MergeRange range(std::uint64_t start, std::optional<std::uint64_t> count = {},
+                 std::optional<std::uint64_t> offset = {}) {
     return {start, count, offset};
 }
 
@@ -30,7 +31,9 @@ TEST(MergePlan, TheOffsetIsTheLargestFrameNumberAndTheLastSetIsPadded) {
     EXPECT_EQ(plan.padding, 2u) << "7 records in 3 sets of 3: two places stay empty";
 }
 
-TEST(MergePlan, FullSetsNeedNoPadding) { EXPECT_EQ(planMerge(6, {1, 2, 3}, 1, {}).padding, 0u); }
+TEST(MergePlan, FullSetsNeedNoPadding) {
+    EXPECT_EQ(planMerge(6, {1, 2, 3}, 1, {}).padding, 0u);
+}
 
 TEST(MergePlan, StartAndCountCutTheRows) {
     MergePlan plan = planMerge(100, {1, 2}, 1, range(91, 5));
@@ -51,7 +54,8 @@ TEST(MergePlan, AStartBehindTheLastRecordIsRefused) {
         planMerge(10, {1}, 1, range(11));
         FAIL();
     } catch (const Error& error) {
-        EXPECT_STREQ(error.what(), "the data has 10 records, so record 11 can't be the first; choose a smaller --start.");
+        EXPECT_STREQ(error.what(),
+                     "the data has 10 records, so record 11 can't be the first; choose a smaller --start.");
     }
 }
 
@@ -68,7 +72,8 @@ TEST(MergePlan, GapsInTheNumbersAreTold) {
 TEST(MergePlan, ATemplateWithoutNumbersIsTold) {
     MergePlan plan = planMerge(10, {0, 0}, 1, {});
     EXPECT_EQ(plan.offset, 1u) << "at least 1";
-    EXPECT_EQ(plan.warnings, std::vector<std::string>{"no frame of the template has a number, so no record is printed"});
+    EXPECT_EQ(plan.warnings,
+              std::vector<std::string>{"no frame of the template has a number, so no record is printed"});
 }
 
 TEST(MergePlan, AnOffsetThatLeavesRecordsOutIsTold) {
@@ -98,7 +103,8 @@ TEST(MergePlan, EveryFrameOfEverySetHasARowAndNoRowIsTooMany) {
                         std::uint64_t lastAsked = 0;
                         std::uint64_t begun = 0;
                         for (std::uint64_t set = 0; set < plan.pageSets; ++set) {
-                            lastAsked = std::max(lastAsked, set * offset + start + static_cast<std::uint64_t>(largest) - 2);
+                            lastAsked =
+                                std::max(lastAsked, set * offset + start + static_cast<std::uint64_t>(largest) - 2);
                             begun += set * offset < plan.records;
                         }
                         EXPECT_EQ(begun, plan.pageSets) << "each set begins with a record";

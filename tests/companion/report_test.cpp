@@ -153,9 +153,10 @@ TEST(ProblemKeeper, ARowThatIsMissingGivesTheSentenceOfTheRun) {
         place.row = 4;
         place.story = UIDRef(nullptr, UID(8));
         keeper.rangeFailure(place, vornaset::RangeException("beyond"));
-        EXPECT_EQ(keeper.failure(),
-                  "the template \"t.idml\", story u8, record 5: a placeholder that moves on to the next record (its key ends "
-                  "in \"#\") finds none; end the run earlier with --count or take the \"#\" away.");
+        EXPECT_EQ(
+            keeper.failure(),
+            "the template \"t.idml\", story u8, record 5: a placeholder that moves on to the next record (its key ends "
+            "in \"#\") finds none; end the run earlier with --count or take the \"#\" away.");
     }
     EXPECT_EQ(vornaset::mergeObserver(), nullptr);
 }

@@ -78,14 +78,15 @@ TEST(TemplateCheck, ListsPlaceholdersThatNothingAnswers) {
 }
 
 TEST(TemplateCheck, AnswersCountByColumnByRuleAndAsPunctuation) {
-    TemplateCheck check = checkTemplate(facts({story("u1", 1, u"<<Salutation>> <<last>><<,>>\r")}), table("Sex,last\nm,x\n"),
-                                        {{"Salutation", "Sex", {}}});
+    TemplateCheck check = checkTemplate(facts({story("u1", 1, u"<<Salutation>> <<last>><<,>>\r")}),
+                                        table("Sex,last\nm,x\n"), {{"Salutation", "Sex", {}}});
     EXPECT_TRUE(check.isGood());
     EXPECT_TRUE(check.unusedColumns.empty()) << "the rule uses the column Sex";
 }
 
 TEST(TemplateCheck, ListsRulesWithoutTheirColumn) {
-    TemplateCheck check = checkTemplate(facts({story("u1", 1, u"<<aa>> <<Rule>>\r")}), table("aa\n1\n"), {{"Rule", "Sex", {}}});
+    TemplateCheck check =
+        checkTemplate(facts({story("u1", 1, u"<<aa>> <<Rule>>\r")}), table("aa\n1\n"), {{"Rule", "Sex", {}}});
     EXPECT_EQ(textOfCheck(check), "rule \"Rule\": the column that feeds it isn't in the data\n");
 }
 

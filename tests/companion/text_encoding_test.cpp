@@ -43,7 +43,9 @@ struct DetectedCase {
 
 class Detected : public testing::TestWithParam<DetectedCase> {};
 
-TEST_P(Detected, IsTheEncoding) { EXPECT_EQ(detectEncoding(GetParam().bytes), GetParam().encoding) << GetParam().what; }
+TEST_P(Detected, IsTheEncoding) {
+    EXPECT_EQ(detectEncoding(GetParam().bytes), GetParam().encoding) << GetParam().what;
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Encoding, Detected,
@@ -55,13 +57,22 @@ INSTANTIATE_TEST_SUITE_P(
         DetectedCase{"mark of UTF-16BE", "\xFE\xFF", TextEncoding::utf16BigEndian},
         DetectedCase{"UTF-16LE without mark", asUtf16(u"id,name\n1,Jürgen\n", false), TextEncoding::utf16LittleEndian},
         DetectedCase{"UTF-16BE without mark", asUtf16(u"id,name\n1,Jürgen\n", true), TextEncoding::utf16BigEndian},
-        DetectedCase{"a lone ä of Windows", "\xE4" "B", TextEncoding::windows1252},
+        DetectedCase{"a lone ä of Windows",
+                     "\xE4"
+                     "B",
+                     TextEncoding::windows1252},
         DetectedCase{"the first letter decides: Mac", "A\x8A\xE4", TextEncoding::macRoman},
         DetectedCase{"the first letter decides: Windows", "A\xE4\x8A", TextEncoding::windows1252},
         DetectedCase{"a byte outside both sets is passed over", "\xE9\xFC", TextEncoding::windows1252},
         DetectedCase{"no letter at all is Mac Roman", "\xE9 ", TextEncoding::macRoman},
-        DetectedCase{"ß of Mac", "Stra\xA7" "e", TextEncoding::macRoman},
-        DetectedCase{"ß of Windows", "Stra\xDF" "e", TextEncoding::windows1252}));
+        DetectedCase{"ß of Mac",
+                     "Stra\xA7"
+                     "e",
+                     TextEncoding::macRoman},
+        DetectedCase{"ß of Windows",
+                     "Stra\xDF"
+                     "e",
+                     TextEncoding::windows1252}));
 
 TEST(Encoding, EveryGermanLetterDecidesAlone) {
     for (char letter : {'\x80', '\x85', '\x86', '\x8A', '\x9A', '\x9F', '\xA7'})
@@ -84,7 +95,8 @@ TEST(Encoding, SingleByteTablesAgreeWithIcu) {
             std::string expected;
             icu::UnicodeString(&raw, 1, converter, status).toUTF8String(expected);
             ASSERT_TRUE(U_SUCCESS(status));
-            bool isUndefined = expected.size() == 2 && expected[0] == '\xC2' && static_cast<unsigned char>(expected[1]) < 0xA0;
+            bool isUndefined =
+                expected.size() == 2 && expected[0] == '\xC2' && static_cast<unsigned char>(expected[1]) < 0xA0;
             if (encoding == TextEncoding::windows1252 && isUndefined)
                 EXPECT_THROW(decoded(std::string_view(&raw, 1), encoding), Error) << byte;
             else
@@ -113,26 +125,43 @@ TEST(Encoding, BrokenBytesAreToldWithTheirLine) {
         }
         return "";
     };
-    EXPECT_EQ(sentence("a\r\nb\n\xFC", TextEncoding::utf8),
-              "the data file \"t.csv\", line 3: the byte 0xFC means nothing in UTF-8; save the file as UTF-8 or say its "
-              "encoding with --encoding.");
-    EXPECT_NE(sentence("a\n\x81", TextEncoding::windows1252).find("line 2: the byte 0x81 means nothing in Windows-1252"),
-              std::string::npos);
-    EXPECT_NE(sentence(asUtf16(u"a\nb", false) + "\x41", TextEncoding::utf16LittleEndian).find("line 2"), std::string::npos)
+    EXPECT_EQ(
+        sentence("a\r\nb\n\xFC", TextEncoding::utf8),
+        "the data file \"t.csv\", line 3: the byte 0xFC means nothing in UTF-8; save the file as UTF-8 or say its "
+        "encoding with --encoding.");
+    EXPECT_NE(
+        sentence("a\n\x81", TextEncoding::windows1252).find("line 2: the byte 0x81 means nothing in Windows-1252"),
+        std::string::npos);
+    EXPECT_NE(sentence(asUtf16(u"a\nb", false) + "\x41", TextEncoding::utf16LittleEndian).find("line 2"),
+              std::string::npos)
         << "an odd number of bytes";
-    EXPECT_NE(sentence(std::string("\x00\xD8\x41\x00", 4), TextEncoding::utf16LittleEndian).find("line 1"), std::string::npos)
+    EXPECT_NE(sentence(std::string("\x00\xD8\x41\x00", 4), TextEncoding::utf16LittleEndian).find("line 1"),
+              std::string::npos)
         << "half a pair";
-    EXPECT_NE(sentence(std::string("\x00\xDC\x41\x00", 4), TextEncoding::utf16LittleEndian).find("line 1"), std::string::npos);
+    EXPECT_NE(sentence(std::string("\x00\xDC\x41\x00", 4), TextEncoding::utf16LittleEndian).find("line 1"),
+              std::string::npos);
 }
 
 TEST(Encoding, Utf8IsCheckedAsUnicodeSays) {
     struct {
         const char* bytes;
         std::size_t bad;
-    } cases[] = {{"abc", 3},          {"\xC3\xBC", 2},      {"\xC0\x80", 0},          {"a\xE0\x9F\xBF", 1},
-                 {"\xED\xA0\x80", 0}, {"\xED\x9F\xBF", 3},  {"\xF4\x8F\xBF\xBF", 4},  {"\xF4\x90\x80\x80", 0},
-                 {"\xF0\x8F\xBF\xBF", 0}, {"ab\xE2\x82", 2}, {"12345678\xFF", 8},     {"1234567\xC3\xBC\xBC", 9},
-                 {"\xF5\x80\x80\x80", 0}, {"\xE2\x82\xAC" "12345678901234567", 20}};
+    } cases[] = {{"abc", 3},
+                 {"\xC3\xBC", 2},
+                 {"\xC0\x80", 0},
+                 {"a\xE0\x9F\xBF", 1},
+                 {"\xED\xA0\x80", 0},
+                 {"\xED\x9F\xBF", 3},
+                 {"\xF4\x8F\xBF\xBF", 4},
+                 {"\xF4\x90\x80\x80", 0},
+                 {"\xF0\x8F\xBF\xBF", 0},
+                 {"ab\xE2\x82", 2},
+                 {"12345678\xFF", 8},
+                 {"1234567\xC3\xBC\xBC", 9},
+                 {"\xF5\x80\x80\x80", 0},
+                 {"\xE2\x82\xAC"
+                  "12345678901234567",
+                  20}};
     for (auto& [bytes, bad] : cases) EXPECT_EQ(firstIllFormedByte(bytes), bad) << bytes;
 }
 
@@ -144,7 +173,8 @@ TEST(Encoding, DecodingInPlaceNeverOvertakesItself) {
         std::size_t length = random() % 60;
         unsigned wide = random() % 4;
         for (std::size_t i = 0; i < length; ++i) {
-            text += random() % 4 < wide ? static_cast<char16_t>(0x4E00 + random() % 1000) : static_cast<char16_t>('a' + random() % 26);
+            text += random() % 4 < wide ? static_cast<char16_t>(0x4E00 + random() % 1000)
+                                        : static_cast<char16_t>('a' + random() % 26);
             singleBytes += static_cast<char>(random() % 4 < wide ? 0xA0 + random() % 96 : 'a' + random() % 26);
         }
         std::string expected;
@@ -176,7 +206,11 @@ TEST(Encoding, OneTableInFiveEncodingsIsOneTable) {
     std::string windows, mac;
     for (char16_t unit : text) {
         windows += static_cast<char>(unit);
-        mac += unit == u'ü' ? '\x9F' : unit == u'ß' ? '\xA7' : unit == u'ë' ? '\x91' : unit == u'ö' ? '\x9A' : static_cast<char>(unit);
+        mac += unit == u'ü'   ? '\x9F'
+               : unit == u'ß' ? '\xA7'
+               : unit == u'ë' ? '\x91'
+               : unit == u'ö' ? '\x9A'
+                              : static_cast<char>(unit);
     }
     struct {
         std::string bytes;

@@ -39,7 +39,8 @@ TEST_F(Failure, ADataFileThatCannotBeUsed) {
     write("twice.csv", "a,b,a\n1,2,3\n");
     expectSentence(letter("twice.csv"), 1, "the columns 1 and 3 are both named \"a\"");
     write("open.csv", "a,b\n1,2\n3,\"4\n");
-    expectSentence(letter("open.csv"), 1, "record 2 (line 3), column 2: the quote that opens this cell is never closed.");
+    expectSentence(letter("open.csv"), 1,
+                   "record 2 (line 3), column 2: the quote that opens this cell is never closed.");
     write("long.csv", "a,b\n1,2,3\n");
     expectSentence(letter("long.csv"), 1, "record 1 (line 2), column 3");
 }
@@ -82,7 +83,8 @@ TEST_F(Failure, AnOutputFolderThatMayNotBeWritten) {
         std::string asNobody = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
         if (run(asNobody + "test -x $VORNASET && " + asNobody + "test -r $SAMPLES/letter.idml").status != 0)
             GTEST_SKIP() << "another user can't reach the program";
-        expectSentence(asNobody + "$VORNASET merge $SAMPLES/letter.idml " + people + " -o locked/out.pdf --quiet", 1, "locked");
+        expectSentence(asNobody + "$VORNASET merge $SAMPLES/letter.idml " + people + " -o locked/out.pdf --quiet", 1,
+                       "locked");
     } else {
         expectSentence("$VORNASET merge $SAMPLES/letter.idml " + people + " -o locked/out.pdf --quiet", 1, "locked");
     }
@@ -107,7 +109,8 @@ TEST_F(Failure, AFullDiskLeavesTheOldFile) {
 
 TEST_F(Failure, ASmallDiskThatFillsUpLeavesTheOldFile) {
     output("mkdir disk");
-    if (run("mount -t tmpfs -o size=64k tmpfs disk").status != 0) GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (run("mount -t tmpfs -o size=64k tmpfs disk").status != 0)
+        GTEST_SKIP() << "mounting a small disk isn't allowed here";
     Outcome outcome = run("echo old > disk/out.pdf; $VORNASET merge $SAMPLES/letter.idml " + people +
                           " -o disk/out.pdf --quiet; s=$?; cat disk/out.pdf; ls disk; exit $s");
     run("umount disk");
@@ -119,8 +122,9 @@ TEST_F(Failure, ASmallDiskThatFillsUpLeavesTheOldFile) {
 TEST_F(Failure, ARowThatIsMissingNamesTemplateStoryAndRecord) {
     makeTemplate("advance.idml", "Stories/Story_u10c.xml", "&lt;&lt;date&gt;&gt;", "&lt;&lt;date#&gt;&gt;");
     write("out.pdf", "old");
-    expectSentence(merge("advance.idml", people), 1,
-                   "the template \"advance.idml\", story u10c, record 100: a placeholder that moves on to the next record");
+    expectSentence(
+        merge("advance.idml", people), 1,
+        "the template \"advance.idml\", story u10c, record 100: a placeholder that moves on to the next record");
     EXPECT_EQ(contents("out.pdf"), "old");
     EXPECT_EQ(run(merge("advance.idml", people) + " --count 1").status, 1) << "that many records and no more";
 }
@@ -134,11 +138,13 @@ class Interrupted : public Failure {
     }
     /// Starts the merge, waits until its temporary file has grown, sends the signal and gives the merge's end.
     Outcome interrupt(const std::string& signal) const {
-        return run("$VORNASET merge $SAMPLES/letter.idml many.csv -o out.pdf & p=$!;"
-                   " for i in $(seq 600); do"
-                   "   n=$(find . -name '*out.pdf*' ! -name out.pdf -size +100k | wc -l); [ $n -gt 0 ] && break; sleep 0.05;"
-                   " done; [ $n -gt 0 ] || { kill -KILL $p; exit 99; };"
-                   " kill -" + signal + " $p; wait $p");
+        return run(
+            "$VORNASET merge $SAMPLES/letter.idml many.csv -o out.pdf & p=$!;"
+            " for i in $(seq 600); do"
+            "   n=$(find . -name '*out.pdf*' ! -name out.pdf -size +100k | wc -l); [ $n -gt 0 ] && break; sleep 0.05;"
+            " done; [ $n -gt 0 ] || { kill -KILL $p; exit 99; };"
+            " kill -" +
+            signal + " $p; wait $p");
     }
 };
 
@@ -148,11 +154,12 @@ TEST_F(Interrupted, CtrlCLeavesTheOldFileAndSaysSo) {
           "import signal, sys, os\n"
           "signal.signal(signal.SIGINT, signal.SIG_DFL)\n"
           "os.execvp(sys.argv[1], sys.argv[1:])\n");
-    Outcome outcome = run("python3 start.py $VORNASET merge $SAMPLES/letter.idml many.csv -o out.pdf & p=$!;"
-                          " for i in $(seq 600); do"
-                          "   n=$(find . -name '*out.pdf*' ! -name out.pdf -size +100k | wc -l); [ $n -gt 0 ] && break; "
-                          "sleep 0.05; done; [ $n -gt 0 ] || { kill -KILL $p; exit 99; };"
-                          " kill -INT $p; wait $p");
+    Outcome outcome =
+        run("python3 start.py $VORNASET merge $SAMPLES/letter.idml many.csv -o out.pdf & p=$!;"
+            " for i in $(seq 600); do"
+            "   n=$(find . -name '*out.pdf*' ! -name out.pdf -size +100k | wc -l); [ $n -gt 0 ] && break; "
+            "sleep 0.05; done; [ $n -gt 0 ] || { kill -KILL $p; exit 99; };"
+            " kill -INT $p; wait $p");
     EXPECT_EQ(outcome.status, 130);
     EXPECT_EQ(outcome.errors.rfind("vornaset: stopped after ", 0), 0u) << outcome.errors;
     EXPECT_NE(outcome.errors.find(" of 200000 pages; no file was written.\n"), std::string::npos) << outcome.errors;
@@ -179,7 +186,8 @@ TEST_F(Interrupted, AKillLeavesTheOldFileAndNoJobForTheNext) {
 
 TEST_F(Interrupted, BeforeTheWorkItEndsAtOnce) {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
-    Outcome outcome = run("$VORNASET merge $SAMPLES/letter.idml pipe -o out.pdf & p=$!; sleep 0.3; kill -TERM $p; wait $p");
+    Outcome outcome =
+        run("$VORNASET merge $SAMPLES/letter.idml pipe -o out.pdf & p=$!; sleep 0.3; kill -TERM $p; wait $p");
     EXPECT_EQ(outcome.status, 143);
     EXPECT_NE(outcome.errors.find("vornaset: stopped; no file was written.\n"), std::string::npos) << outcome.errors;
     EXPECT_EQ(contents("out.pdf"), "old");

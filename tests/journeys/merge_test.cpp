@@ -54,17 +54,20 @@ TEST_F(Merge, AnEmptyLineOfTheAddressGoesUnlessItIsToStay) {
     output(letters + " --start 3 --count 1 && mv letters.pdf without.pdf");
     output(letters + " --start 3 --count 1 --keep-empty-lines && mv letters.pdf with.pdf");
     auto topOf = [&](const std::string& file) {
-        return std::stod(output("pdftotext -bbox " + file + " - | sed -n 's/.*yMin=\"\\([0-9.]*\\)\".*>Koch<.*/\\1/p' | head -1"));
+        return std::stod(
+            output("pdftotext -bbox " + file + " - | sed -n 's/.*yMin=\"\\([0-9.]*\\)\".*>Koch<.*/\\1/p' | head -1"));
     };
-    EXPECT_GT(topOf("with.pdf"), topOf("without.pdf") + 5) << "record 3 has no company: the line above the name stays empty";
+    EXPECT_GT(topOf("with.pdf"), topOf("without.pdf") + 5)
+        << "record 3 has no company: the line above the name stays empty";
 }
 
 TEST_F(Merge, EmbedsEveryFontAsASubsetThatCanBeRead) {
     output(letters);
     std::string fonts = output("pdffonts letters.pdf | tail -n +3");
     EXPECT_GT(occurrences(fonts, "\n"), 0u);
-    std::string unembedded = output("pdffonts letters.pdf | tail -n +3 | awk '{ if ($(NF-4) != \"yes\" || $(NF-3) != \"yes\" || "
-                                    "$(NF-2) != \"yes\") print }'");
+    std::string unembedded = output(
+        "pdffonts letters.pdf | tail -n +3 | awk '{ if ($(NF-4) != \"yes\" || $(NF-3) != \"yes\" || "
+        "$(NF-2) != \"yes\") print }'");
     EXPECT_EQ(unembedded, "") << "embedded, subset, with a map to Unicode: " << fonts;
 }
 
@@ -73,9 +76,9 @@ TEST_F(Merge, ThePagesShowSomethingAndDiffer) {
     output("pdftoppm -r 40 -gray letters.pdf page");
     std::string first = contents("page-1.pgm"), second = contents("page-2.pgm");
     ASSERT_GT(first.size(), 1000u);
-    EXPECT_LT(static_cast<unsigned char>(*std::min_element(first.begin() + 20, first.end(), [](char a, char b) {
-                  return static_cast<unsigned char>(a) < static_cast<unsigned char>(b);
-              })),
+    EXPECT_LT(static_cast<unsigned char>(*std::min_element(
+                  first.begin() + 20, first.end(),
+                  [](char a, char b) { return static_cast<unsigned char>(a) < static_cast<unsigned char>(b); })),
               100)
         << "there is ink on the page";
     EXPECT_NE(first, second);
@@ -124,10 +127,11 @@ TEST_F(Merge, TwiceTheSameGivesTheSameBytes) {
 TEST_F(Merge, TwoSideBySideDoNotMixTheirJobs) {
     write("a.csv", "last,first\nAlpha,A\nAlpha,B\nAlpha,C\n");
     write("b.csv", "last,first\nBeta,D\nBeta,E\n");
-    output("for i in 1 2 3; do"
-           " $VORNASET merge $SAMPLES/letter.idml a.csv -o a$i.pdf --quiet & p=$!;"
-           " $VORNASET merge $SAMPLES/letter.idml b.csv -o b$i.pdf --quiet & q=$!;"
-           " wait $p && wait $q || exit 1; done");
+    output(
+        "for i in 1 2 3; do"
+        " $VORNASET merge $SAMPLES/letter.idml a.csv -o a$i.pdf --quiet & p=$!;"
+        " $VORNASET merge $SAMPLES/letter.idml b.csv -o b$i.pdf --quiet & q=$!;"
+        " wait $p && wait $q || exit 1; done");
     for (const char* number : {"1", "2", "3"}) {
         std::string a = output(std::string("pdftotext a") + number + ".pdf -");
         std::string b = output(std::string("pdftotext b") + number + ".pdf -");
@@ -140,11 +144,12 @@ TEST_F(Merge, TwoSideBySideDoNotMixTheirJobs) {
 
 TEST_F(Merge, TheSameTableInAnyDressGivesTheSameLetters) {
     output(letters + " --count 3 && mv letters.pdf plain.pdf");
-    output("head -n 4 $SAMPLES/people_100.csv > plain.csv;"
-           "{ printf '\\357\\273\\277'; cat plain.csv; } > marked.csv;"
-           "iconv -f UTF-8 -t UTF-16 plain.csv > utf16.csv;"
-           "iconv -f UTF-8 -t UTF-16BE plain.csv > utf16be.csv;"
-           "sed 's/$/\\r/' plain.csv > crlf.csv");
+    output(
+        "head -n 4 $SAMPLES/people_100.csv > plain.csv;"
+        "{ printf '\\357\\273\\277'; cat plain.csv; } > marked.csv;"
+        "iconv -f UTF-8 -t UTF-16 plain.csv > utf16.csv;"
+        "iconv -f UTF-8 -t UTF-16BE plain.csv > utf16be.csv;"
+        "sed 's/$/\\r/' plain.csv > crlf.csv");
     for (const char* dress : {"marked", "utf16", "utf16be", "crlf"}) {
         output(std::string("$VORNASET merge $SAMPLES/letter.idml ") + dress + ".csv -o letters.pdf");
         EXPECT_EQ(run("cmp plain.pdf letters.pdf").status, 0) << dress;
@@ -159,7 +164,9 @@ TEST_F(Merge, SemicolonsAndOldEncodingsAreFound) {
     output("$VORNASET merge $SAMPLES/letter.idml mac.csv -o letters.pdf --quiet");
     EXPECT_NE(textOfPage(1).find("Jörg Müller"), std::string::npos);
     write("told.csv", "last|first\nM\x8Aller|J\xE4rg\n");
-    output("$VORNASET merge $SAMPLES/letter.idml told.csv -o letters.pdf --quiet --delimiter pipe --encoding windows-1252");
+    output(
+        "$VORNASET merge $SAMPLES/letter.idml told.csv -o letters.pdf --quiet --delimiter pipe --encoding "
+        "windows-1252");
     EXPECT_NE(textOfPage(1).find("Järg MŠller"), std::string::npos);
 }
 
@@ -173,7 +180,8 @@ TEST_F(Merge, ALineBreakInACellIsALineBreakInTheLetter) {
 TEST_F(Merge, RulesTranslateValues) {
     makeTemplate("ruled.idml", "Stories/Story_u10e.xml", "&lt;&lt;salutation &gt;&gt;", "&lt;&lt;Greeting &gt;&gt;");
     write("rows.csv", "sex,last,first\nm,Miller,Bob\nf,Smith,Ann\nx,Jones,Kim\n");
-    write("rules.json", R"([{"name":"Greeting","contentOf":"sex","replacements":{"m":"Lieber Herr","f":"Liebe Frau"}}])");
+    write("rules.json",
+          R"([{"name":"Greeting","contentOf":"sex","replacements":{"m":"Lieber Herr","f":"Liebe Frau"}}])");
     output("$VORNASET merge ruled.idml rows.csv -o letters.pdf --rules rules.json --quiet");
     EXPECT_NE(textOfPage(1).find("Lieber Herr Miller,"), std::string::npos) << textOfPage(1);
     EXPECT_NE(textOfPage(2).find("Liebe Frau Smith,"), std::string::npos);
@@ -187,13 +195,17 @@ TEST_F(Merge, TheReportHasEveryProblemPage) {
     write("rows.csv", "last,street\nA,x\nB," + many + "\nC,y\nD," + many + "\nE," + many + "\n");
     Outcome outcome = run("$VORNASET merge $SAMPLES/letter.idml rows.csv -o letters.pdf --report r.json");
     EXPECT_EQ(outcome.status, 0) << "problems alone are no failure";
-    EXPECT_NE(outcome.output.find("3 problems (first: overset, page 2, record 2)"), std::string::npos) << outcome.output;
-    std::string problems = output("python3 -c 'import json; r = json.load(open(\"r.json\")); print(r[\"records\"], r[\"pages\"], "
-                                  "[(p[\"kind\"], p[\"page\"], p[\"record\"], p[\"story\"]) for p in r[\"problems\"]])'");
+    EXPECT_NE(outcome.output.find("3 problems (first: overset, page 2, record 2)"), std::string::npos)
+        << outcome.output;
+    std::string problems = output(
+        "python3 -c 'import json; r = json.load(open(\"r.json\")); print(r[\"records\"], r[\"pages\"], "
+        "[(p[\"kind\"], p[\"page\"], p[\"record\"], p[\"story\"]) for p in r[\"problems\"]])'");
     EXPECT_EQ(problems, "5 5 [('overset', 2, 2, 'u10a'), ('overset', 4, 4, 'u10a'), ('overset', 5, 5, 'u10a')]\n");
-    std::string frame = output("python3 -c 'import json; print(json.load(open(\"r.json\"))[\"problems\"][0][\"frame\"])'");
+    std::string frame =
+        output("python3 -c 'import json; print(json.load(open(\"r.json\"))[\"problems\"][0][\"frame\"])'");
     frame.pop_back();
-    EXPECT_NE(output("$VORNASET info $SAMPLES/letter.idml").find("  " + frame + ": text frame, page 1"), std::string::npos)
+    EXPECT_NE(output("$VORNASET info $SAMPLES/letter.idml").find("  " + frame + ": text frame, page 1"),
+              std::string::npos)
         << "the frame has the name that info gives it";
     EXPECT_EQ(run("$VORNASET merge $SAMPLES/letter.idml rows.csv -o letters.pdf --strict --quiet").status, 3);
     EXPECT_EQ(run("$VORNASET merge $SAMPLES/letter.idml rows.csv -o letters.pdf --strict --quiet --count 1").status, 0);
@@ -218,18 +230,22 @@ TEST_F(Merge, PaddedRecordsAreNoProblems) {
 
 TEST_F(Merge, MissingFontsAreReplacedAndToldEverywhere) {
     makeTemplate("foreign.idml", "Resources/Styles.xml", "Liberation Serif", "Unheard Of Antiqua");
-    Outcome outcome = run("$VORNASET merge foreign.idml $SAMPLES/people_100.csv -o letters.pdf --count 1 --report r.json");
+    Outcome outcome =
+        run("$VORNASET merge foreign.idml $SAMPLES/people_100.csv -o letters.pdf --count 1 --report r.json");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_NE(outcome.output.find("; fonts replaced: Unheard Of Antiqua"), std::string::npos) << outcome.output;
     EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1);
     EXPECT_NE(contents("r.json").find("Unheard Of Antiqua"), std::string::npos);
-    EXPECT_NE(output("$VORNASET check foreign.idml $SAMPLES/people_100.csv").find("font Unheard Of Antiqua"), std::string::npos);
+    EXPECT_NE(output("$VORNASET check foreign.idml $SAMPLES/people_100.csv").find("font Unheard Of Antiqua"),
+              std::string::npos);
 }
 
 TEST_F(Merge, FontsBesideTheTemplateAndInTheFolderThatIsToldAreUsed) {
     // A machine whose only fonts are some of another family.
-    output("mkdir machine more && cp $(fc-match -f '%{file}' 'DejaVu Sans') machine/ && cp $SAMPLES/letter.idml . && "
-           "cp $(fc-list -f '%{file}\n' 'Liberation Serif') more/ && cp $(fc-list -f '%{file}\n' 'Liberation Sans') more/");
+    output(
+        "mkdir machine more && cp $(fc-match -f '%{file}' 'DejaVu Sans') machine/ && cp $SAMPLES/letter.idml . && "
+        "cp $(fc-list -f '%{file}\n' 'Liberation Serif') more/ && cp $(fc-list -f '%{file}\n' 'Liberation Sans') "
+        "more/");
     write("fonts.conf", "<fontconfig><dir>" + path("machine").string() + "</dir><cachedir>" + path("cache").string() +
                             "</cachedir></fontconfig>");
     std::string poor = "FONTCONFIG_FILE=$PWD/fonts.conf $VORNASET merge letter.idml $SAMPLES/people_100.csv --count 1 ";
@@ -245,9 +261,10 @@ TEST_F(Merge, WhatLooksWrongIsWarnedOf) {
     write("rows.csv", "last,first\n\nMiller\n");
     Outcome outcome = run("$VORNASET merge $SAMPLES/letter.idml rows.csv -o letters.pdf");
     EXPECT_EQ(outcome.status, 0);
-    for (const char* part : {"vornaset: warning: data: line 2 is empty and was skipped.\n",
-                             "vornaset: warning: data: record 1 (line 3), column 2 (\"first\") is missing; taken as empty.\n",
-                             "vornaset: warning: no column or rule answers the placeholder <<company>>.\n"})
+    for (const char* part :
+         {"vornaset: warning: data: line 2 is empty and was skipped.\n",
+          "vornaset: warning: data: record 1 (line 3), column 2 (\"first\") is missing; taken as empty.\n",
+          "vornaset: warning: no column or rule answers the placeholder <<company>>.\n"})
         EXPECT_NE(outcome.errors.find(part), std::string::npos) << part << "in\n" << outcome.errors;
     outcome = run("$VORNASET merge $SAMPLES/letter.idml rows.csv -o letters.pdf --quiet");
     EXPECT_EQ(outcome.errors + outcome.output, "");
@@ -255,15 +272,17 @@ TEST_F(Merge, WhatLooksWrongIsWarnedOf) {
 
 TEST_F(Merge, OnATerminalThereIsAProgressBar) {
     if (run("command -v script").status != 0) GTEST_SKIP() << "the program script isn't there to play a terminal";
-    std::string seen = output("TERM=xterm script -qec '$VORNASET merge $SAMPLES/letter.idml $SAMPLES/people_100.csv "
-                              "-o letters.pdf' /dev/null");
+    std::string seen = output(
+        "TERM=xterm script -qec '$VORNASET merge $SAMPLES/letter.idml $SAMPLES/people_100.csv "
+        "-o letters.pdf' /dev/null");
     EXPECT_NE(seen.find(" of 100 pages"), std::string::npos) << seen;
     EXPECT_NE(seen.find("\r\033[K"), std::string::npos) << "it goes at the end";
 }
 
 TEST_F(Merge, StyleColumnsSetCharacterStyles) {
-    makeTemplate("styled.idml", "Resources/Styles.xml", "</RootCharacterStyleGroup>",
-                 "<CharacterStyle Self=\"CharacterStyle/Huge\" Name=\"Huge\" PointSize=\"30\"/></RootCharacterStyleGroup>");
+    makeTemplate(
+        "styled.idml", "Resources/Styles.xml", "</RootCharacterStyleGroup>",
+        "<CharacterStyle Self=\"CharacterStyle/Huge\" Name=\"Huge\" PointSize=\"30\"/></RootCharacterStyleGroup>");
     write("rows.csv", "last,#last,first\nMiller,,A\nMiller,Huge,A\nMiller,Unknown,A\n");
     Outcome outcome = run("$VORNASET merge styled.idml rows.csv -o letters.pdf");
     ASSERT_EQ(outcome.status, 0) << outcome.errors;
@@ -271,9 +290,10 @@ TEST_F(Merge, StyleColumnsSetCharacterStyles) {
         << outcome.errors;
     auto height = [&](int page) {
         std::string number = std::to_string(page);
-        return std::stod(output("pdftotext -bbox -f " + number + " -l " + number +
-                                " letters.pdf - | grep '>Miller<' | head -1 | "
-                                "sed 's/.*yMin=\"\\([0-9.]*\\)\".*yMax=\"\\([0-9.]*\\)\".*/\\2 \\1/' | awk '{print $1 - $2}'"));
+        return std::stod(
+            output("pdftotext -bbox -f " + number + " -l " + number +
+                   " letters.pdf - | grep '>Miller<' | head -1 | "
+                   "sed 's/.*yMin=\"\\([0-9.]*\\)\".*yMax=\"\\([0-9.]*\\)\".*/\\2 \\1/' | awk '{print $1 - $2}'"));
     };
     EXPECT_GT(height(2), 2 * height(1));
     EXPECT_NEAR(height(3), height(1), 0.01) << "a style that isn't there leaves the value unstyled";
@@ -295,16 +315,18 @@ TEST_F(Merge, CheckListsWhatDoesNotFit) {
     EXPECT_EQ(run("$VORNASET check $SAMPLES/letter.idml $SAMPLES/people_100.csv --strict").status, 0);
     write("rows.csv", "last,#last\nx,Nowhere\n");
     std::string bad = output("$VORNASET check $SAMPLES/letter.idml rows.csv");
-    EXPECT_NE(bad.find("placeholder <<street>>: no column or rule answers it (story u10a)\n"), std::string::npos) << bad;
-    EXPECT_NE(bad.find("character style \"Nowhere\": the template lacks it (first in record 1)\n"), std::string::npos) << bad;
+    EXPECT_NE(bad.find("placeholder <<street>>: no column or rule answers it (story u10a)\n"), std::string::npos)
+        << bad;
+    EXPECT_NE(bad.find("character style \"Nowhere\": the template lacks it (first in record 1)\n"), std::string::npos)
+        << bad;
     EXPECT_EQ(run("$VORNASET check $SAMPLES/letter.idml rows.csv --strict").status, 3);
 }
 
 TEST_F(Merge, InfoTellsPagesFramesStoriesStylesAndFonts) {
     std::string letter = output("$VORNASET info $SAMPLES/letter.idml");
-    for (const char* part : {"Pages: 1\n  1: 595.28 by 841.89 pt\n", "number 1, story u10a\n",
-                             "placeholders <<company>> <<first>> <<last>> <<street>> <<zip>> <<city>>\n", "\n  Address\n",
-                             "Liberation S"})
+    for (const char* part :
+         {"Pages: 1\n  1: 595.28 by 841.89 pt\n", "number 1, story u10a\n",
+          "placeholders <<company>> <<first>> <<last>> <<street>> <<zip>> <<city>>\n", "\n  Address\n", "Liberation S"})
         EXPECT_NE(letter.find(part), std::string::npos) << part << " in\n" << letter;
     std::string cards = output("$VORNASET info $SAMPLES/cards.idml");
     EXPECT_NE(cards.find("u102: rectangle, page 1"), std::string::npos) << cards;

@@ -35,12 +35,14 @@ Journey::Journey() : folder_(newFolder("journey")) {
     ::setenv("LC_ALL", "C.UTF-8", 1);
 }
 
-Journey::~Journey() { fs::remove_all(folder_); }
+Journey::~Journey() {
+    fs::remove_all(folder_);
+}
 
 Outcome Journey::run(const std::string& command) const {
     fs::path told = newFolder("told");
-    std::string line = "cd '" + folder_.string() + "' && ( " + command + "\n) >'" + (told / "output").string() + "' 2>'" +
-                       (told / "errors").string() + "' </dev/null";
+    std::string line = "cd '" + folder_.string() + "' && ( " + command + "\n) >'" + (told / "output").string() +
+                       "' 2>'" + (told / "errors").string() + "' </dev/null";
     int ended = std::system(line.c_str());
     Outcome outcome;
     outcome.status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
@@ -60,7 +62,9 @@ void Journey::write(const std::string& name, const std::string& bytes) const {
     std::ofstream(path(name), std::ios::binary) << bytes;
 }
 
-std::string Journey::contents(const std::string& name) const { return bytesOf(path(name)); }
+std::string Journey::contents(const std::string& name) const {
+    return bytesOf(path(name));
+}
 
 std::string Journey::names() const {
     std::set<std::string> sorted;

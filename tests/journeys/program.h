@@ -15,8 +15,8 @@ struct Outcome {
     std::string errors;
 };
 
-/// A folder that goes with the test, holding nothing but what the test puts there. Commands run in it, by /bin/sh, and find
-/// the program as $VORNASET and the samples as $SAMPLES.
+/// A folder that goes with the test, holding nothing but what the test puts there. Commands run in it, by /bin/sh, and
+/// find the program as $VORNASET and the samples as $SAMPLES.
 class Journey : public testing::Test {
   protected:
     Journey();

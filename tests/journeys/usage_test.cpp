@@ -15,14 +15,16 @@ TEST_F(Usage, WrongArgumentsAreStatusTwoAndOneSentence) {
         {"merge", "TEMPLATE is required; see vornaset merge --help."},
         {"merge a.idml b.csv", "--output is required; see vornaset merge --help."},
         {"merge a.idml b.csv -o c.pdf d", "the following argument was not expected: d; see vornaset merge --help."},
-        {"merge a.idml b.csv -o c.pdf --loud", "the following argument was not expected: --loud; see vornaset merge --help."},
+        {"merge a.idml b.csv -o c.pdf --loud",
+         "the following argument was not expected: --loud; see vornaset merge --help."},
         {"merge a.idml b.csv -o c.pdf --start 0", "--start needs a whole number from 1, not \"0\"."},
         {"merge a.idml b.csv -o c.pdf --count many", "--count needs a whole number from 1, not \"many\"."},
         {"merge a.idml b.csv -o c.pdf --offset -1", "--offset needs a whole number from 1, not \"-1\"."},
         {"merge a.idml b.csv -o c.pdf --encoding ebcdic",
          "--encoding doesn't know \"ebcdic\"; say utf-8, utf-16, utf-16le, utf-16be, windows-1252 or macroman."},
         {"check a.idml b.csv --delimiter ab",
-         "--delimiter needs comma, semicolon, tab, pipe or one character that is no letter, digit or quote, not \"ab\"."},
+         "--delimiter needs comma, semicolon, tab, pipe or one character that is no letter, digit or quote, not "
+         "\"ab\"."},
         {"export a.idml", "--output is required; see vornaset export --help."},
         {"info", "TEMPLATE is required; see vornaset info --help."},
     };
@@ -34,18 +36,22 @@ TEST_F(Usage, HelpSaysEverything) {
     for (const char* part : {"merge", "export", "check", "info", "--version", "Exit status:", "130"})
         EXPECT_NE(general.find(part), std::string::npos) << part;
     std::string merge = output("$VORNASET merge --help");
-    for (const char* option : {"--start N", "--count N", "--offset N", "--fonts DIR", "--keep-empty-lines", "--rules FILE.json",
-                               "--delimiter C", "--encoding NAME", "--report FILE.json", "--strict", "--quiet",
-                               "-o,--output OUT.pdf", "Examples:", "Exit status:", "\"contentOf\""})
+    for (const char* option :
+         {"--start N", "--count N", "--offset N", "--fonts DIR", "--keep-empty-lines", "--rules FILE.json",
+          "--delimiter C", "--encoding NAME", "--report FILE.json", "--strict", "--quiet", "-o,--output OUT.pdf",
+          "Examples:", "Exit status:", "\"contentOf\""})
         EXPECT_NE(merge.find(option), std::string::npos) << option;
     for (const char* command : {"export", "check", "info"})
-        EXPECT_NE(output(std::string("$VORNASET ") + command + " --help").find("Exit status:"), std::string::npos) << command;
+        EXPECT_NE(output(std::string("$VORNASET ") + command + " --help").find("Exit status:"), std::string::npos)
+            << command;
     EXPECT_EQ(run("$VORNASET --help").errors, "");
 }
 
 TEST_F(Usage, NoLineOfHelpIsTooLongForATerminal) {
     for (const char* command : {"", "merge", "export", "check", "info"})
-        EXPECT_EQ(output(std::string("$VORNASET ") + command + " --help | grep -v 'contentOf' | awk 'length > 101' | head"), "");
+        EXPECT_EQ(
+            output(std::string("$VORNASET ") + command + " --help | grep -v 'contentOf' | awk 'length > 101' | head"),
+            "");
 }
 
 TEST_F(Usage, TheVersionIsTheProjects) {
