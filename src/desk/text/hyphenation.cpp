@@ -1,33 +1,32 @@
 #include "desk/text/hyphenation.h"
 
-#include <hyphen.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
+#include "desk/text/hyphenation_patterns.h"
 #include "desk/text/language.h"
 #include "desk/text/unicode.h"
 
 namespace desk {
 namespace {
 
-/// Longer "words" are tables of characters, not words; the library's buffers grow with them.
+/// Longer "words" are tables of characters, not words.
 constexpr size_t longestWord = 200;
 
-bool isApostrophe(char32_t c) { return c == U'\'' || c == U'\u2019'; }
+bool isApostrophe(char32_t c) {
+    return c == U'\'' || c == U'\u2019';
+}
 
-uint8_t counted(size_t count) { return static_cast<uint8_t>(std::min<size_t>(count, 255)); }
+uint8_t counted(size_t count) {
+    return static_cast<uint8_t>(std::min<size_t>(count, 255));
+}
 
 }  // namespace
 
 struct Hyphenator::Dictionary {
-    HyphenDict* rules = nullptr;
+    std::unique_ptr<HyphenationPatterns> patterns;
+    /// Null for UTF-8. A word with a letter outside the dictionary's character set is foreign to its patterns.
     std::unique_ptr<unicode::Encoder> encoder;
-    bool isUtf8 = false;
-    ~Dictionary() {
-        if (rules) hnj_hyphen_free(rules);
-    }
 };
 
 struct Hyphenator::Language {
@@ -50,7 +49,9 @@ uint16_t Hyphenator::language(const std::string& documentName) {
     return static_cast<uint16_t>(languages_.size() - 1);
 }
 
-const std::string& Hyphenator::tag(uint16_t language) const { return languages_[language]->name.tag; }
+const std::string& Hyphenator::tag(uint16_t language) const {
+    return languages_[language]->name.tag;
+}
 
 Hyphenator::Dictionary* Hyphenator::dictionaryOf(Language& language) {
     if (language.searched) return language.dictionary;
@@ -60,12 +61,12 @@ Hyphenator::Dictionary* Hyphenator::dictionaryOf(Language& language) {
                                         [&](const auto& entry) { return entry.first == stem; });
         if (known != dictionaries_.end()) {
             language.dictionary = known->second.get();
-        } else if (HyphenDict* rules = hnj_hyphen_load((folder_ + "/" + stem + ".dic").c_str())) {
+        } else if (auto patterns = HyphenationPatterns::load(folder_ + "/" + stem + ".dic")) {
             auto dictionary = std::make_unique<Dictionary>();
-            dictionary->rules = rules;
-            dictionary->isUtf8 = rules->utf8 != 0;
-            dictionary->encoder = unicode::Encoder::make(dictionary->isUtf8 ? "UTF-8" : rules->cset);
-            if (dictionary->encoder) language.dictionary = dictionary.get();
+            if (patterns->characterSet() != "UTF-8")
+                dictionary->encoder = unicode::Encoder::make(patterns->characterSet());
+            dictionary->patterns = std::move(patterns);
+            language.dictionary = dictionary.get();
             dictionaries_.emplace_back(stem, std::move(dictionary));
         }
         if (language.dictionary) break;
@@ -105,13 +106,8 @@ void Hyphenator::findInWord(std::u16string_view word, uint16_t start, Dictionary
     std::u16string lower = unicode::lowerCase(word, language.name.tag);
     if (lower.size() != word.size()) return;
     std::replace(lower.begin(), lower.end(), u'\u2019', u'\'');
-    if (!dictionary.encoder->encode(lower, bytes_)) return;
-    marks_.assign(bytes_.size() + 5, '\0');
-    char** replacements = nullptr;
-    int* positions = nullptr;
-    int* cuts = nullptr;
-    const int failed = hnj_hyphen_hyphenate3(dictionary.rules, bytes_.data(), static_cast<int>(bytes_.size()),
-                                             marks_.data(), nullptr, &replacements, &positions, &cuts, 0, 0, 0, 0);
+    if (dictionary.encoder && !dictionary.encoder->encode(lower, bytes_)) return;
+    dictionary.patterns->find(lower, follows_);
     size_t letters = 0;
     for (size_t at = 0; at < word.size();) {
         const unicode::CodePoint c = unicode::codePointAt(word, at);
@@ -119,22 +115,15 @@ void Hyphenator::findInWord(std::u16string_view word, uint16_t start, Dictionary
         at += c.units;
     }
     const bool capitalized = unicode::isUpperCase(unicode::codePointAt(word, 0).value);
-    // The library marks characters, whatever the bytes of each.
-    size_t before = 0, character = 0;
-    for (size_t at = 0; !failed && at < word.size(); ++character) {
+    size_t before = 0;
+    for (size_t at = 0; at < word.size();) {
         const unicode::CodePoint c = unicode::codePointAt(word, at);
         before += unicode::isLetter(c.value);
         at += c.units;
-        if (at >= word.size() || !(marks_[character] & 1)) continue;
-        if (replacements && replacements[character]) continue;
-        points.push_back({static_cast<uint16_t>(start + at), counted(before), counted(letters - before), capitalized});
+        if (at < word.size() && follows_[at - 1])
+            points.push_back(
+                {static_cast<uint16_t>(start + at), counted(before), counted(letters - before), capitalized});
     }
-    if (replacements) {
-        for (size_t i = 0; i < bytes_.size(); ++i) std::free(replacements[i]);
-        std::free(replacements);
-    }
-    std::free(positions);
-    std::free(cuts);
 }
 
 }  // namespace desk

@@ -1,5 +1,5 @@
 #pragma once
-// Where words may be hyphenated, by the dictionaries of the machine. The only place that knows the hyphenation library.
+// Where words may be hyphenated, by the dictionaries of the machine.
 
 #include <cstdint>
 #include <memory>
@@ -42,7 +42,8 @@ class Hyphenator {
     std::string folder_;
     std::vector<std::unique_ptr<Language>> languages_;
     std::vector<std::pair<std::string, std::unique_ptr<Dictionary>>> dictionaries_;  ///< by file stem
-    std::string bytes_, marks_;
+    std::string bytes_;
+    std::vector<uint8_t> follows_;
 };
 
 }  // namespace desk

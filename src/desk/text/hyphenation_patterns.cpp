@@ -21,12 +21,20 @@ constexpr uint64_t nodeBits = 24;
 constexpr uint64_t nodeMask = (1u << nodeBits) - 1;
 constexpr size_t patternHead = 4;
 
-bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool isBlank(char16_t c) { return c <= u' '; }
-bool isLowSurrogate(char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+bool isBlank(char16_t c) {
+    return c <= u' ';
+}
+bool isLowSurrogate(char16_t c) {
+    return c >= 0xDC00 && c <= 0xDFFF;
+}
 
 /// How many letters a character counts for in the distance from the left: those of three letters in one count as two.
-size_t lettersCounted(char16_t c) { return isLowSurrogate(c) ? 0 : c == u'\uFB03' || c == u'\uFB04' ? 2 : 1; }
+size_t lettersCounted(char16_t c) {
+    return isLowSurrogate(c) ? 0 : c == u'\uFB03' || c == u'\uFB04' ? 2 : 1;
+}
 
 std::u16string_view trimmed(std::u16string_view text) {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
@@ -43,6 +51,22 @@ size_t numberOf(std::u16string_view text) {
     return std::min(number, largestDistance);
 }
 
+/// How many places at the beginning of a text have less than a distance before them.
+size_t placesTooFarLeft(std::u16string_view text, size_t distance) {
+    size_t places = 0;
+    for (size_t letters = 0; places < text.size(); ++places)
+        if ((letters += lettersCounted(text[places])) >= distance) break;
+    return places;
+}
+
+/// How many places at the end, that after the last unit included, have less than a distance behind them.
+size_t placesTooFarRight(std::u16string_view text, size_t distance) {
+    size_t places = 0;
+    for (size_t characters = 0; places < text.size() && characters < distance; ++places)
+        characters += !isLowSurrogate(text[text.size() - 1 - places]);
+    return places;
+}
+
 /// The text up to a character, or all; both are taken from `rest`.
 std::u16string_view takeUntil(std::u16string_view& rest, char16_t stop) {
     const size_t end = rest.find(stop);
@@ -53,7 +77,9 @@ std::u16string_view takeUntil(std::u16string_view& rest, char16_t stop) {
 
 }  // namespace
 
-PatternTable::PatternTable() : firstValue_(1, 0), values_(1, 0) { grow(4); }
+PatternTable::PatternTable() : firstValue_(1, 0), values_(1, 0) {
+    grow(4);
+}
 
 void PatternTable::reserve(size_t units) {
     // Patterns share about three quarters of their units with others.
@@ -95,11 +121,10 @@ uint32_t PatternTable::childMade(uint32_t node, char16_t unit) {
 }
 
 void PatternTable::add(std::u16string_view pattern) {
-    const std::u16string_view spelled = takeUntil(pattern, u'/');
-    const bool changes = pattern.data() && (pattern.data() > spelled.data() + spelled.size());
+    const size_t slash = pattern.find(u'/');
     letters_.clear();
     digits_.assign(1, 0);
-    for (const char16_t c : spelled) {
+    for (const char16_t c : pattern.substr(0, slash)) {
         if (isBlank(c)) break;
         if (isDigit(c)) {
             digits_.back() = static_cast<uint8_t>(c - u'0');
@@ -112,28 +137,29 @@ void PatternTable::add(std::u16string_view pattern) {
     if (firstValue_.size() + letters_.size() > nodeMask) return;
     uint32_t node = 0;
     for (const char16_t c : letters_) node = childMade(node, c);
-    // Only the values from the first that says something are kept; a pattern without any only ends shorter ones.
-    const auto first = std::find_if(digits_.begin(), digits_.end(), [](uint8_t digit) { return digit != 0; });
     firstValue_[node] = 0;
+    // The values before the first that says something aren't kept; a pattern of none only hides shorter ones.
+    const auto first = std::find_if(digits_.begin(), digits_.end(), [](uint8_t digit) { return digit != 0; });
     if (first == digits_.end()) return;
-    const uint32_t change = changes ? changeRead(pattern, letters_.size()) : 0;
+    const uint32_t change = slash == std::u16string_view::npos ? 0 : addChange(pattern.substr(slash + 1));
     firstValue_[node] = static_cast<uint32_t>(values_.size());
-    for (const size_t byte : {size_t(digits_.end() - first), size_t{change} >> 16, size_t{change} >> 8, size_t{change}})
+    const size_t count = static_cast<size_t>(digits_.end() - first);
+    for (const size_t byte : {count, size_t{change} >> 16, size_t{change} >> 8, size_t{change}})
         values_.push_back(static_cast<uint8_t>(byte));
     values_.insert(values_.end(), first, digits_.end());
 }
 
-/// "ff=f,5,2": what is written, the first letter that changes (from 1), how many. Without the two numbers all change.
-uint32_t PatternTable::changeRead(std::u16string_view text, size_t letters) {
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    Change change;
+/// "ff=f,5,2": what is written, the first letter that changes (from 1), how many. Without both numbers all may change.
+uint32_t PatternTable::addChange(std::u16string_view text) {
+    text = trimmed(text);
     std::u16string_view written = takeUntil(text, u',');
     const size_t start = numberOf(takeUntil(text, u','));
     const size_t length = numberOf(text);
+    Change change;
     change.beforeHyphen = takeUntil(written, u'=');
-    change.start = length && start ? start - 1 : 0;
-    change.length = length ? length : letters;
-    if (changes_.size() >= nodeMask) return 0;
+    change.letters = letters_.size() - (letters_.front() == u'.');
+    change.start = start && length ? start - 1 : 0;
+    change.end = change.start + (length ? length : letters_.size());
     changes_.push_back(std::move(change));
     return static_cast<uint32_t>(changes_.size());
 }
@@ -142,8 +168,8 @@ void PatternTable::score(std::u16string_view word, HyphenScore* scores) const {
     if (word.empty()) return;
     // The dots that stand for the borders are letters like others: position 0 and the one behind the word.
     const size_t last = word.size() + 1;
-    // Dictionaries are made so that a pattern already holds the values of the patterns at its end. So where several end,
-    // the longest alone counts; and where the beginning of a longer pattern ends, none of the shorter ones counts.
+    // Dictionaries are made so that a pattern already holds the values of the patterns at its end. So where several
+    // end, the longest alone counts; and where the beginning of a longer pattern ends, none of the shorter ones counts.
     size_t taken = 0;
     for (size_t start = 0; start <= last; ++start) {
         uint32_t node = 0;
@@ -157,20 +183,186 @@ void PatternTable::score(std::u16string_view word, HyphenScore* scores) const {
     }
 }
 
-/// A pattern that ends at a position, counted from the dot before the word. `places` are inside the word.
-void PatternTable::raise(uint32_t at, size_t end, size_t places, HyphenScore* scores) const {
+/// Takes in the values at values_[at] of a pattern that ends at a position, counted from the dot before the word.
+void PatternTable::raise(size_t at, size_t end, size_t places, HyphenScore* scores) const {
     const size_t count = values_[at];
     const uint32_t number = uint32_t{values_[at + 1]} << 16 | uint32_t{values_[at + 2]} << 8 | values_[at + 3];
     for (size_t i = 0; i < count; ++i) {
-        // After the letter at this position, where position 1 is the word's first letter.
+        // The value after the letter at this position; 1 is the word's first letter. A value before both wraps around.
         const size_t position = end + 1 + i - count;
-        if (position < 1 || position > places) continue;
         const uint8_t value = values_[at + patternHead + i];
+        if (position < 1 || position > places || value <= scores[position - 1].value) continue;
         HyphenScore& score = scores[position - 1];
-        if (value <= score.value) continue;
         score = {value, 0, 0};
         if (!number) continue;
+        const Change& change = changes_[number - 1];
+        const size_t before = change.letters - (count - 1 - i);
+        if (before < change.start || before > change.end) continue;
+        score.change = number;
+        score.lettersOfChange = static_cast<uint8_t>(before - change.start);
     }
+}
+
+size_t PatternTable::size() const {
+    return slots_.capacity() * sizeof(slots_[0]) + firstValue_.capacity() * sizeof(firstValue_[0]) +
+           values_.capacity() + changes_.capacity() * sizeof(Change);
+}
+
+void PatternTable::finish() {
+    firstValue_.shrink_to_fit();
+    values_.shrink_to_fit();
+}
+
+std::unique_ptr<HyphenationPatterns> HyphenationPatterns::load(const std::string& path) {
+    // A pipe or a device under this name would never end.
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return nullptr;
+    const uintmax_t size = std::filesystem::file_size(path, error);
+    if (error || size > largestFile) return nullptr;
+    std::string file(static_cast<size_t>(size), '\0');
+    std::ifstream stream(path, std::ios::binary);
+    stream.read(file.data(), static_cast<std::streamsize>(file.size()));
+    file.resize(static_cast<size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+    return read(file);
+}
+
+std::unique_ptr<HyphenationPatterns> HyphenationPatterns::read(std::string_view file) {
+    if (file.size() > largestFile) return nullptr;
+    const std::string_view firstLine = file.substr(0, file.find_first_of("\r\n"));
+    std::unique_ptr<HyphenationPatterns> patterns(new HyphenationPatterns);
+    patterns->characterSet_ = firstLine.substr(0, firstLine.find_last_not_of(" \t") + 1);
+    std::u16string text;
+    if (!unicode::decode(file.substr(firstLine.size()), patterns->characterSet_, text)) return nullptr;
+    patterns->readLines(text);
+    return patterns;
+}
+
+void HyphenationPatterns::readLines(std::u16string_view text) {
+    PatternTable* table = &compounds_;
+    table->reserve(text.size());
+    while (!text.empty()) {
+        const std::u16string_view line = takeUntil(text, u'\n');
+        if (line.starts_with(u"NEXTLEVEL")) {
+            if (table == &syllables_) break;
+            table = &syllables_;
+            table->reserve(text.size());
+        } else if (!line.empty() && line.front() != u'%' && line.front() != u'#') {
+            // The first level's options hold for the whole file.
+            Distances ignored;
+            std::vector<std::u16string> ignoredList;
+            const bool first = table == &compounds_;
+            if (!readOption(line, first ? distances_ : ignored, first ? unhyphenated_ : ignoredList)) table->add(line);
+        }
+    }
+    if (table == &compounds_) {
+        std::swap(compounds_, syllables_);
+        addDefaultCompounds();
+    }
+    if (!distances_.left) distances_.left = 2;
+    if (!distances_.right) distances_.right = 2;
+    compounds_.finish();
+    syllables_.finish();
+}
+
+bool HyphenationPatterns::readOption(std::u16string_view line, Distances& distances,
+                                     std::vector<std::u16string>& unhyphenated) {
+    if (line.front() < u'A' || line.front() > u'Z') return false;
+    const std::pair<std::u16string_view, size_t*> options[] = {{u"LEFTHYPHENMIN", &distances.left},
+                                                               {u"RIGHTHYPHENMIN", &distances.right},
+                                                               {u"COMPOUNDLEFTHYPHENMIN", &distances.compoundLeft},
+                                                               {u"COMPOUNDRIGHTHYPHENMIN", &distances.compoundRight}};
+    for (const auto& [name, distance] : options) {
+        if (!line.starts_with(name)) continue;
+        *distance = numberOf(line.substr(name.size()));
+        return true;
+    }
+    constexpr std::u16string_view list = u"NOHYPHEN";
+    if (!line.starts_with(list)) return false;
+    unhyphenated.clear();
+    for (std::u16string_view rest = trimmed(line.substr(list.size())); !rest.empty();) {
+        const std::u16string_view entry = takeUntil(rest, u',');
+        if (!entry.empty()) unhyphenated.emplace_back(entry);
+    }
+    return true;
+}
+
+/// A file of one level has a first one all the same, which cuts words at hyphens and apostrophes.
+void HyphenationPatterns::addDefaultCompounds() {
+    unhyphenated_.clear();
+    for (const std::u16string sign : {u"-", u"'", u"\u2013", u"\u2019"}) {
+        compounds_.add(u"1" + sign + u"1");
+        unhyphenated_.push_back(sign);
+    }
+    Distances& d = distances_;
+    if (!d.compoundLeft) d.compoundLeft = d.left ? d.left : 3;
+    if (!d.compoundRight) d.compoundRight = d.right ? d.right : 3;
+}
+
+void HyphenationPatterns::find(std::u16string_view word, std::vector<uint8_t>& follows) {
+    follows.assign(word.size(), 0);
+    if (word.empty() || word.size() > longestPattern) return;
+    follows_ = &follows;
+    scores_.clear();
+    findInPart(word, Border::Word, Border::Word, 0, word.size() - 1);
+    std::fill_n(follows.begin(), placesTooFarLeft(word, distances_.left), 0);
+    std::fill_n(follows.rbegin(), placesTooFarRight(word, distances_.right), 0);
+    for (const std::u16string& text : unhyphenated_) {
+        for (size_t at = word.find(text); at != std::u16string_view::npos; at = word.find(text, at + 1)) {
+            follows[at + text.size() - 1] = 0;
+            if (at > 0) follows[at - 1] = 0;
+        }
+    }
+}
+
+/// Writes places of a part that begins at word[start]; as many as `places` from there.
+void HyphenationPatterns::findInPart(std::u16string_view part, Border left, Border right, size_t start, size_t places) {
+    const size_t base = scores_.size();
+    scores_.resize(base + part.size());
+    compounds_.score(part, &scores_[base]);
+    size_t begin = 0;
+    for (size_t i = 0; i < part.size(); ++i) {
+        const HyphenScore score = scores_[base + i];
+        const bool cuts = score.value & 1;
+        if (!cuts && !(begin > 0 && i + 1 == part.size())) continue;
+        if (i > begin && begin < places) {
+            std::u16string respelled;
+            std::u16string_view inner = part.substr(begin, i + 1 - begin);
+            if (score.change) inner = respelled = leftPart(part, begin, i, score);
+            // The last letter of a part is never cut off alone, not even by a cut of the part itself.
+            findInPart(inner, begin > 0 ? Border::Compound : left, cuts ? Border::Compound : right, start + begin,
+                       std::min(i - 1, places) - begin);
+        }
+        if (cuts && i < places) (*follows_)[start + i] = score.change == 0;
+        begin = i + 1;
+    }
+    scores_.resize(base);
+    if (begin == 0) findInSyllables(part, left, right, start, places);
+}
+
+/// What stands before a hyphen that changes the spelling, as it is written then.
+std::u16string HyphenationPatterns::leftPart(std::u16string_view part, size_t begin, size_t last,
+                                             const HyphenScore& score) const {
+    const std::u16string written(part.substr(begin, last + 1 - begin));
+    if (score.lettersOfChange > written.size()) return written;
+    std::u16string respelled = written.substr(0, written.size() - score.lettersOfChange);
+    respelled += compounds_.change(score.change);
+    // Only what is shorter than the whole is sure to come to an end.
+    return respelled.size() < part.size() ? respelled : written;
+}
+
+void HyphenationPatterns::findInSyllables(std::u16string_view part, Border left, Border right, size_t start,
+                                          size_t places) {
+    const size_t base = scores_.size();
+    scores_.resize(base + part.size());
+    syllables_.score(part, &scores_[base]);
+    const size_t first = left == Border::Compound ? placesTooFarLeft(part, distances_.compoundLeft) : 0;
+    const size_t closed = right == Border::Compound ? placesTooFarRight(part, distances_.compoundRight) : 0;
+    const size_t end = std::min(places, part.size() - closed);
+    for (size_t i = first; i < end; ++i) {
+        const HyphenScore& score = scores_[base + i];
+        if ((score.value & 1) && !score.change) (*follows_)[start + i] = 1;
+    }
+    scores_.resize(base);
 }
 
 }  // namespace desk

@@ -13,9 +13,9 @@ namespace desk {
 
 /// What the patterns say about the place after one UTF-16 unit of a word.
 struct HyphenScore {
-    uint8_t value = 0;               ///< a hyphen may stand here when odd
-    uint8_t lettersOfChange = 0;     ///< how many letters before the place the change of spelling takes in
-    uint32_t change = 0;             ///< 0 for none, else PatternTable::change()
+    uint8_t value = 0;            ///< a hyphen may stand here when odd
+    uint8_t lettersOfChange = 0;  ///< how many letters before the place the change of spelling takes in
+    uint32_t change = 0;          ///< 0 for none, else PatternTable::change()
 };
 
 /// The patterns of one level, as a trie in one hash table.
@@ -28,9 +28,11 @@ class PatternTable {
     /// A pattern: letters with digits between them, a dot for a border of the word, and perhaps
     /// "/change,start,length" for a hyphen that changes the spelling. One of the same letters replaces an earlier one.
     void add(std::u16string_view pattern);
-    bool empty() const { return firstValue_.size() == 1; }
+    /// After the last pattern: gives back room that isn't used.
+    void finish();
 
-    /// Raises the scores of a word; scores[i] is the place after word[i]. The place after the last unit is never scored.
+    /// Raises the scores of a word; scores[i] is the place after word[i]. The place after the last unit is never
+    /// scored.
     void score(std::u16string_view word, HyphenScore* scores) const;
 
     /// What stands before the hyphen of a change of spelling: "ff" for "ff=f".
@@ -41,26 +43,27 @@ class PatternTable {
   private:
     struct Change {
         std::u16string beforeHyphen;
-        size_t start = 0, length = 0;  ///< of the letters of the pattern that change, a dot not counted
+        size_t letters = 0;         ///< of the pattern, a dot before them not counted
+        size_t start = 0, end = 0;  ///< a hyphen with so many of them before it, or between, changes the spelling
     };
 
     uint32_t child(uint32_t node, char16_t unit) const;
     uint32_t childMade(uint32_t node, char16_t unit);
     void grow(unsigned bits);
-    uint32_t changeRead(std::u16string_view text, size_t letters);
-    void raise(uint32_t at, size_t end, size_t places, HyphenScore* scores) const;
+    uint32_t addChange(std::u16string_view text);
+    void raise(size_t at, size_t end, size_t places, HyphenScore* scores) const;
 
-    std::vector<uint64_t> slots_;       ///< open addressing: parent (24 bits), unit (16), child (24); 0 is free
+    std::vector<uint64_t> slots_;  ///< open addressing: parent (24 bits), unit (16), child (24); 0 is free
     unsigned shift_ = 0;
     std::vector<uint32_t> firstValue_;  ///< by node: where its pattern stands in values_, 0 for none
     std::vector<uint8_t> values_;       ///< a pattern: count, number of change (3 bytes), values up to its last letter
     std::vector<Change> changes_;
-    std::u16string letters_;            ///< scratch of add()
+    std::u16string letters_;  ///< scratch of add()
     std::vector<uint8_t> digits_;
 };
 
-/// One dictionary file: two levels of patterns and the distances to keep. The first level cuts a word into the words it is
-/// composed of, again and again until it finds nothing; the second hyphenates the parts. One thread at a time.
+/// One dictionary file: two levels of patterns and the distances to keep. The first level cuts a word into the words it
+/// is composed of, again and again until it finds nothing; the second hyphenates the parts. One thread at a time.
 class HyphenationPatterns {
   public:
     /// Null for a file that is missing, too large, or written in a character set that isn't known. Lines that make no
@@ -86,8 +89,7 @@ class HyphenationPatterns {
 
     HyphenationPatterns() = default;
     void readLines(std::u16string_view text);
-    bool readOption(std::u16string_view line);
-    void readUnhyphenated(std::u16string_view list);
+    static bool readOption(std::u16string_view line, Distances& distances, std::vector<std::u16string>& unhyphenated);
     void addDefaultCompounds();
     void findInPart(std::u16string_view part, Border left, Border right, size_t start, size_t places);
     void findInSyllables(std::u16string_view part, Border left, Border right, size_t start, size_t places);

@@ -8,6 +8,7 @@
 #include <unicode/ustring.h>
 
 #include <cstring>
+#include <limits>
 
 namespace desk::unicode {
 namespace {
@@ -152,6 +153,24 @@ void LineBreaks::find(std::u16string_view text, const std::string& language, std
     if (U_FAILURE(status)) return;
     for (int32_t at = ubrk_next(known->iterator); at != UBRK_DONE; at = ubrk_next(known->iterator))
         if (at > 0 && at < static_cast<int32_t>(text.size())) positions.push_back(static_cast<uint32_t>(at));
+}
+
+bool decode(std::string_view bytes, const std::string& characterSet, std::u16string& text) {
+    text.clear();
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(characterSet.c_str(), &status),
+                                                                       ucnv_close);
+    if (U_FAILURE(status)) return false;
+    if (bytes.size() >= std::numeric_limits<int32_t>::max()) return false;
+    text.resize(bytes.size() + 1);
+    for (;;) {
+        status = U_ZERO_ERROR;
+        const int32_t length = ucnv_toUChars(converter.get(), text.data(), static_cast<int32_t>(text.size()),
+                                             bytes.data(), static_cast<int32_t>(bytes.size()), &status);
+        const bool tooSmall = status == U_BUFFER_OVERFLOW_ERROR;
+        text.resize(tooSmall || U_SUCCESS(status) ? static_cast<size_t>(length) : 0);
+        if (!tooSmall) return U_SUCCESS(status);
+    }
 }
 
 std::unique_ptr<Encoder> Encoder::make(const std::string& characterSet) {

@@ -52,6 +52,9 @@ class LineBreaks {
     std::unordered_map<std::string, std::unique_ptr<Iterator>> iterators_;
 };
 
+/// From a named character set into UTF-16; what isn't of the set becomes U+FFFD. False when the set isn't known.
+bool decode(std::string_view bytes, const std::string& characterSet, std::u16string& text);
+
 /// From UTF-16 into a named character set, one byte a character or UTF-8.
 class Encoder {
   public:
