@@ -79,7 +79,7 @@ TEST_F(Text, EveryGlyphStandsWhereTheLayoutPutsIt) {
     ASSERT_GE(found.size(), glyphs.glyphs.size());
     double x = 10;
     for (size_t i = 0; i < glyphs.glyphs.size(); ++i) {
-        EXPECT_NEAR(found[i].x, x, 0.012) << i;
+        EXPECT_NEAR(found[i].x, x, 0.025) << i;  // mupdf rounds widths to whole thousandths of the em
         EXPECT_NEAR(found[i].y, 30, 0.01);
         x += glyphs.glyphs[i].advance;
     }
@@ -389,6 +389,7 @@ TEST_F(Text, InlineItemsStandOnTheBaseline) {
 
 TEST_F(Text, LayoutsThatContradictThemselvesDoNoHarm) {
     auto paragraph = paragraphOf(serif(), 10, {{u"abc"}});
+    paragraph->lines[0].runs.reserve(10);
     GlyphRun& glyphs = paragraph->lines[0].runs[0];
     glyphs.glyphs[0].textStart = 100;
     glyphs.glyphs[1].textLength = 4000000000u;
