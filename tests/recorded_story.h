@@ -34,8 +34,8 @@ class RecordedStory : public ITextModel {
     void ApplyStyle(int32_t position, int32_t length, UID style, AttributeStrand strand, bool replace,
                     bool override) override {
         calls.push_back((strand == AttributeStrand::Character ? "character style " : "paragraph style ") +
-                        std::to_string(style.Get()) + " at " + std::to_string(position) + "+" +
-                        std::to_string(length) + (replace && override ? "" : " without both flags"));
+                        std::to_string(style.Get()) + " at " + std::to_string(position) + "+" + std::to_string(length) +
+                        (replace && override ? "" : " without both flags"));
         story_->ApplyStyle(position, length, style, strand, replace, override);
     }
     ITextFrameList* QueryFrameList() override { return hasFrameList ? story_->QueryFrameList() : nullptr; }

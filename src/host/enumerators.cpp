@@ -17,8 +17,8 @@ uint8_t enumLayer(ISpread* spread, IDocumentLayer* layer, HierarchyWalk walk, It
     return walk(items.get(), callback, data);
 }
 
-/// The layers of a spread by a document's layer list. A null layer entry is passed over where printability is asked for;
-/// else it gives no spread layer, which ends the walk as a missing spread layer does.
+/// The layers of a spread by a document's layer list. A null layer entry is passed over where printability is asked
+/// for; else it gives no spread layer, which ends the walk as a missing spread layer does.
 uint8_t enumLayers(ISpread* spread, IDocument* document, Layers which, HierarchyWalk walk, ItemCallback callback,
                    void* data) {
     InterfacePtr<ILayerList> layers(document);
@@ -78,8 +78,8 @@ uint8_t EnumHierarchy2(IHierarchy* hierarchy, ItemCallback callback, void* data)
     IDataBase* database = ::GetDataBase(hierarchy);
     for (int32_t index = hierarchy->GetChildCount() - 1; index >= 0; --index) {
         MyFrame child(database, hierarchy->GetChildUID(index));
-        const uint8_t goOn = child.isGroup() == 1 ? EnumHierarchy2(database, child.GetUID(), callback, data)
-                                                  : callback(child, data);
+        const uint8_t goOn =
+            child.isGroup() == 1 ? EnumHierarchy2(database, child.GetUID(), callback, data) : callback(child, data);
         if (!goOn) return 0;
     }
     return 1;
@@ -172,7 +172,9 @@ uint8_t EnumBoxes(const UIDList& items, ItemCallback callback, void* data) {
     return 1;
 }
 
-uint8_t EnumFrames(const UIDList& items, ItemCallback callback, void* data) { return EnumBoxes(items, callback, data); }
+uint8_t EnumFrames(const UIDList& items, ItemCallback callback, void* data) {
+    return EnumBoxes(items, callback, data);
+}
 
 // --- Stories and what is anchored in them
 

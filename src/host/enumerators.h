@@ -1,9 +1,9 @@
 #pragma once
 // Walking over a document: spreads, layers, page items, stories, anchored frames, open documents.
 //
-// A walker takes a callback and a data pointer that it hands back unchanged. A callback returns 0 to stop, anything else
-// to go on. A walker returns 1 when it ran to the end and 0 when a callback stopped it; a nested walk that was stopped
-// stops all the walks around it. What a missing subject gives differs and is told at each walker.
+// A walker takes a callback and a data pointer that it hands back unchanged. A callback returns 0 to stop, anything
+// else to go on. A walker returns 1 when it ran to the end and 0 when a callback stopped it; a nested walk that was
+// stopped stops all the walks around it. What a missing subject gives differs and is told at each walker.
 //
 // The UIDRef& that a callback gets is the walker's own temporary: it may be changed, its address may not be kept. An
 // interface that a callback gets is good during the call.
@@ -34,8 +34,8 @@ uint8_t EnumHierarchy2(IHierarchy* hierarchy, ItemCallback callback, void* data)
 uint8_t EnumHierarchy2(IPMUnknown* object, ItemCallback callback, void* data);
 uint8_t EnumHierarchy2(IDataBase* database, UID uid, ItemCallback callback, void* data);
 
-// Every content layer of a spread, from the document's layer 1 on (0 is the host's own). 1 for a null spread. A layer that
-// the spread has no spread layer for ends the walk with 0.
+// Every content layer of a spread, from the document's layer 1 on (0 is the host's own). 1 for a null spread. A layer
+// that the spread has no spread layer for ends the walk with 0.
 uint8_t EnumSpread(ISpread* spread, ItemCallback callback, void* data);
 /// 0 for a null database, UID 0 and an object that is no spread.
 uint8_t EnumSpread(const UIDRef& spread, ItemCallback callback, void* data);
@@ -72,8 +72,8 @@ uint8_t EnumAnchoredBoxes(ITextModel* story, AnchoredFrameCallback callback, int
 uint8_t EnumAnchoredBoxes(const UIDRef& story, AnchoredFrameCallback callback, int start, int end, void* data);
 uint8_t EnumAnchoredBoxes(const UIDRef& story, AnchoredFrameCallback callback, void* data);  ///< the whole story
 
-/// Open documents in the application's order, with their paths (null for one that never was a file). 1 without a session.
-/// The count is read once: documents that the callback closes are passed over.
+/// Open documents in the application's order, with their paths (null for one that never was a file). 1 without a
+/// session. The count is read once: documents that the callback closes are passed over.
 uint8_t EnumDocs(DocumentCallback callback, void* data);
 
 // Layers of a document from layer 1 on, with their names. 1 for a missing document.

@@ -8,9 +8,13 @@ PMString pmString(const String& text) {
     return result;
 }
 
-WideString wideString(const String& text) { return WideString(std::u16string(text.view())); }
+WideString wideString(const String& text) {
+    return WideString(std::u16string(text.view()));
+}
 
-String stringWithPMString(const PMString& text) { return String(text.View()); }
+String stringWithPMString(const PMString& text) {
+    return String(text.View());
+}
 
 InterfacePtr<IDocument> documentOfDataBase(IDataBase* database) {
     if (!database) return {};

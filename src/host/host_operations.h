@@ -1,6 +1,6 @@
 #pragma once
-// The steps that every wrapper of this layer shares: text into and out of the host, a database's document, a command on a
-// list of items.
+// The steps that every wrapper of this layer shares: text into and out of the host, a database's document, a command on
+// a list of items.
 
 #include "host/api/host.h"
 #include "support/values.h"

@@ -7,7 +7,9 @@ IDocument* frontDoc() {
     return layout ? layout->GetFrontDocument() : nullptr;
 }
 
-UIDRef frontDocRef() { return ::GetUIDRef(frontDoc()); }
+UIDRef frontDocRef() {
+    return ::GetUIDRef(frontDoc());
+}
 
 String pathForDoc(IDataBase* database) {
     if (!DBUtils::IsValidDataBase(database)) return {};
@@ -16,9 +18,13 @@ String pathForDoc(IDataBase* database) {
     return file.IsEmpty() ? String() : String::fromDamagedUTF8(file.GetPath());
 }
 
-String pathForDoc(IDocument* document) { return document ? pathForDoc(::GetDataBase(document)) : String(); }
+String pathForDoc(IDocument* document) {
+    return document ? pathForDoc(::GetDataBase(document)) : String();
+}
 
-String pathForDoc(const UIDRef& document) { return pathForDoc(document.GetDataBase()); }
+String pathForDoc(const UIDRef& document) {
+    return pathForDoc(document.GetDataBase());
+}
 
 MyDoc::MyDoc(const UIDRef& document)
     : document_(InterfacePtr<IDocument>(document).get()),
@@ -37,12 +43,16 @@ uint8_t MyDoc::enumSpreads(SpreadCallback callback, void* data) const {
     return EnumSpreads(document_, callback, data);
 }
 
-uint8_t MyDoc::enumVisibleBoxes(ItemCallback callback, void* data) const { return enumBoxes(callback, data); }
+uint8_t MyDoc::enumVisibleBoxes(ItemCallback callback, void* data) const {
+    return enumBoxes(callback, data);
+}
 
 uint8_t MyDoc::enumDocLayers(DocumentLayerCallback callback, void* data) const {
     return EnumDocLayers(document_, callback, data);
 }
 
-uint8_t MyDoc::enumStories(StoryCallback callback, void* data) const { return EnumStories(document_, callback, data); }
+uint8_t MyDoc::enumStories(StoryCallback callback, void* data) const {
+    return EnumStories(document_, callback, data);
+}
 
 }  // namespace vornaset

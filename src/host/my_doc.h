@@ -18,8 +18,8 @@ String pathForDoc(IDataBase* database);
 String pathForDoc(IDocument* document);
 String pathForDoc(const UIDRef& document);
 
-/// Handle on one open document. Counts no reference: good while the host keeps the document open. All three fields may be
-/// empty; every member tests the field that it uses.
+/// Handle on one open document. Counts no reference: good while the host keeps the document open. All three fields may
+/// be empty; every member tests the field that it uses.
 class MyDoc {
   public:
     MyDoc() = default;

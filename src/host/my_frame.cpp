@@ -14,7 +14,9 @@ MyFrame::MyFrame(const UIDList& items, int32_t index) : UIDRef(items.IsEmpty() ?
 
 MyFrame::MyFrame(IPMUnknown* object) : UIDRef(::GetDataBase(object), ::GetUID(object)) {}
 
-uint8_t MyFrame::isGroup() const { return isGroupFrame(*this); }
+uint8_t MyFrame::isGroup() const {
+    return isGroupFrame(*this);
+}
 
 uint8_t MyFrame::isGraphicFrame() const {
     InterfacePtr<IFrameData> data(*this);
@@ -26,9 +28,13 @@ uint8_t MyFrame::isTextFrame() const {
     return data && data->IsTextFrame();
 }
 
-UID MyFrame::getParent() const { return getParentRef(*this).GetUID(); }
+UID MyFrame::getParent() const {
+    return getParentRef(*this).GetUID();
+}
 
-MyFrame MyFrame::getChild() const { return MyFrame(getChildRef(*this)); }
+MyFrame MyFrame::getChild() const {
+    return MyFrame(getChildRef(*this));
+}
 
 UIDList MyFrame::children() const {
     UIDList result(database_);
@@ -39,7 +45,9 @@ UIDList MyFrame::children() const {
     return result;
 }
 
-UIDRef MyFrame::storyRef() const { return storyForFrame(*this); }
+UIDRef MyFrame::storyRef() const {
+    return storyForFrame(*this);
+}
 
 uint8_t isGroupFrame(const UIDRef& item) {
     Utils<IPageItemTypeUtils> kinds;
@@ -66,7 +74,9 @@ uint8_t isInlineFrame(const UIDRef& item) {
     return kinds && kinds->IsInline(item);
 }
 
-uint8_t isValidFrame(const UIDRef& item) { return item != UIDRef::gNull; }
+uint8_t isValidFrame(const UIDRef& item) {
+    return item != UIDRef::gNull;
+}
 
 UIDRef getParentRef(const UIDRef& item) {
     InterfacePtr<IHierarchy> hierarchy(item);
@@ -83,6 +93,8 @@ ErrorCode deleteFrames(const UIDList& items) {
     return items.IsEmpty() ? kSuccess : processOnItems(kDeletePageItemsCmdBoss, items);
 }
 
-ErrorCode deleteFrame(const UIDRef& item) { return deleteFrames(UIDList(item)); }
+ErrorCode deleteFrame(const UIDRef& item) {
+    return deleteFrames(UIDList(item));
+}
 
 }  // namespace vornaset

@@ -1,7 +1,7 @@
 #pragma once
-// A page item of an open document: what kind it is, its family, how it is deleted. Free functions over a UIDRef do the work;
-// MyFrame is the handle that callers hold. Every reading of a missing object gives the empty answer named here; nothing
-// throws.
+// A page item of an open document: what kind it is, its family, how it is deleted. Free functions over a UIDRef do the
+// work; MyFrame is the handle that callers hold. Every reading of a missing object gives the empty answer named here;
+// nothing throws.
 
 #include "host/api/types.h"
 #include "support/values.h"
@@ -27,20 +27,20 @@ class MyFrame : public UIDRef {
     uint8_t isGraphicFrame() const;
     uint8_t isTextFrame() const;
 
-    UID getParent() const;        ///< 0 when missing
-    MyFrame getChild() const;     ///< the first child; empty when there is none
-    UIDList children() const;     ///< direct children, lowest first; empty when missing
+    UID getParent() const;     ///< 0 when missing
+    MyFrame getChild() const;  ///< the first child; empty when there is none
+    UIDList children() const;  ///< direct children, lowest first; empty when missing
 
-    UIDRef storyRef() const;      ///< `storyForFrame`
+    UIDRef storyRef() const;  ///< `storyForFrame`
 
     // Text values under keys, kept with the item (records/tag_values.h has the store itself).
-    String getTag(const char* key) const;  ///< null when absent
+    String getTag(const char* key) const;   ///< null when absent
     int32_t getInt(const char* key) const;  ///< 0 when absent
     void setTag(const char* key, const String& value) const;
     void setTag(const String& key, const String& value) const;
     void setInt(const char* key, int32_t value) const;
-    /// The value in UTF-8, null when absent. The text stands in a buffer of the calling thread that the next call on any
-    /// frame reuses.
+    /// The value in UTF-8, null when absent. The text stands in a buffer of the calling thread that the next call on
+    /// any frame reuses.
     const char* stringForKey(const char* key) const;
     void setStringForKey(const char* key, const char* value) const;  ///< value in UTF-8
 };

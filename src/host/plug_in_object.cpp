@@ -23,11 +23,17 @@ void OfferedRecords::link(ImplementationRecord& record) {
     record.next = std::exchange(headOfImplementations, &record);
 }
 
-void OfferedRecords::link(BossRecord& record) { record.next = std::exchange(headOfBosses, &record); }
+void OfferedRecords::link(BossRecord& record) {
+    record.next = std::exchange(headOfBosses, &record);
+}
 
-ImplementationRecord* OfferedRecords::implementations() { return headOfImplementations; }
+ImplementationRecord* OfferedRecords::implementations() {
+    return headOfImplementations;
+}
 
-BossRecord* OfferedRecords::bosses() { return headOfBosses; }
+BossRecord* OfferedRecords::bosses() {
+    return headOfBosses;
+}
 
 MBaseResourceAccess::ResourceFileInfo& MBaseResourceAccess::resourceFileInfo() {
     static constinit ResourceFileInfo info;
@@ -71,4 +77,6 @@ void DontDeadStrip() {
 
 }  // namespace vornaset
 
-extern "C" IPlugIn* GetPlugIn() { return &vornaset::gPlugIn; }
+extern "C" IPlugIn* GetPlugIn() {
+    return &vornaset::gPlugIn;
+}

@@ -17,11 +17,11 @@ class ResourceFile : public IDFile, public HostAllocated {
 class MBaseResourceAccess {
   public:
     struct ResourceFileInfo {
-        int16_t isUnopened = 1;          ///< 0 once a handle is recorded
+        int16_t isUnopened = 1;  ///< 0 once a handle is recorded
         int32_t referenceNumber = -1;
-        int16_t hasHandle = 0;           ///< 1 once a handle is recorded
-        void* handle = nullptr;          ///< of the loaded module
-        ResourceFile* file = nullptr;    ///< owned by the plug-in object; null before loading
+        int16_t hasHandle = 0;         ///< 1 once a handle is recorded
+        void* handle = nullptr;        ///< of the loaded module
+        ResourceFile* file = nullptr;  ///< owned by the plug-in object; null before loading
     };
 
     /// The module's own record.

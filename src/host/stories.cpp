@@ -13,7 +13,9 @@ InterfacePtr<IMultiColumnTextFrame> multiColumnFrameOf(const UIDRef& frame) {
     return InterfacePtr<IMultiColumnTextFrame>(frame.GetDataBase(), data->GetTextContentUID());
 }
 
-UIDRef pageItemOfColumn(IDataBase* database, UID column) { return getParentRef(getParentRef(UIDRef(database, column))); }
+UIDRef pageItemOfColumn(IDataBase* database, UID column) {
+    return getParentRef(getParentRef(UIDRef(database, column)));
+}
 
 }  // namespace
 

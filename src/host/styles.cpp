@@ -21,8 +21,12 @@ UID getCharStyle(IDataBase* database, const String& name) {
     return getStyle(database, IID_ICHARACTERSTYLENAMETABLE, name);
 }
 
-UID getTableStyle(IDataBase* database, const String& name) { return getStyle(database, IID_ITABLESTYLENAMETABLE, name); }
+UID getTableStyle(IDataBase* database, const String& name) {
+    return getStyle(database, IID_ITABLESTYLENAMETABLE, name);
+}
 
-UID getCellStyle(IDataBase* database, const String& name) { return getStyle(database, IID_ICELLSTYLENAMETABLE, name); }
+UID getCellStyle(IDataBase* database, const String& name) {
+    return getStyle(database, IID_ICELLSTYLENAMETABLE, name);
+}
 
 }  // namespace vornaset

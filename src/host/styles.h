@@ -6,8 +6,8 @@
 
 namespace vornaset {
 
-/// The style of a name in one of the workspace's name tables (IID_ICHARACTERSTYLENAMETABLE and its sisters); 0 for a name
-/// that the document doesn't have, for a null name and where the document, its workspace or the table is missing.
+/// The style of a name in one of the workspace's name tables (IID_ICHARACTERSTYLENAMETABLE and its sisters); 0 for a
+/// name that the document doesn't have, for a null name and where the document, its workspace or the table is missing.
 UID getStyle(IDataBase* database, PMIID table, const String& name);
 
 UID getParaStyle(IDataBase* database, const String& name);

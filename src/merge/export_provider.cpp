@@ -21,7 +21,9 @@ ImplementationRecord gProviderRecord{kMyPDFExportProviderImpl,
 
 }  // namespace
 
-ImplementationRecord* GetkMyPDFExportProviderImpl_InterfaceFactory() { return &gProviderRecord; }
+ImplementationRecord* GetkMyPDFExportProviderImpl_InterfaceFactory() {
+    return &gProviderRecord;
+}
 
 IPMUnknown* MyPDFExportProvider::QueryInterface(PMIID interfaceId) {
     if (interfaceId != IID_IUNKNOWN) return owner_->QueryInterface(interfaceId);
@@ -29,9 +31,13 @@ IPMUnknown* MyPDFExportProvider::QueryInterface(PMIID interfaceId) {
     return owner_;
 }
 
-void MyPDFExportProvider::AddRef() { owner_->AddRef(); }
+void MyPDFExportProvider::AddRef() {
+    owner_->AddRef();
+}
 
-void MyPDFExportProvider::Release() { owner_->Release(); }
+void MyPDFExportProvider::Release() {
+    owner_->Release();
+}
 
 int32_t MyPDFExportProvider::PDFProcessEvent(_t_PDFExportEvent* event, int32_t pageNum) {
     IDataBase* database = event->database;
@@ -51,12 +57,16 @@ int32_t MyPDFExportProvider::PDFProcessEvent(_t_PDFExportEvent* event, int32_t p
 
 extern "C" {
 
-IPMUnknown* CreatekMyPDFExportProviderImpl_(IPMUnknown* boss) { return new vornaset::MyPDFExportProvider(boss); }
+IPMUnknown* CreatekMyPDFExportProviderImpl_(IPMUnknown* boss) {
+    return new vornaset::MyPDFExportProvider(boss);
+}
 
 void DestroykMyPDFExportProviderImpl_(IPMUnknown* object) {
     delete static_cast<vornaset::MyPDFExportProvider*>(object);
 }
 
-size_t SizeOfkMyPDFExportProviderImpl_() { return sizeof(vornaset::MyPDFExportProvider); }
+size_t SizeOfkMyPDFExportProviderImpl_() {
+    return sizeof(vornaset::MyPDFExportProvider);
+}
 
 }  // extern "C"

@@ -1,8 +1,8 @@
 #pragma once
 // Image slots: numbered frames that are empty when a run starts. The start event lists them and each fill empties them.
 //
-// Pictures are not placed yet: `fillImageSlots` is the place where the row's picture will go into each slot. Until then a
-// slot stays empty through the run, and no "missingImg" is reported for it.
+// Pictures are not placed yet: `fillImageSlots` is the place where the row's picture will go into each slot. Until then
+// a slot stays empty through the run, and no "missingImg" is reported for it.
 
 #include "host/api/types.h"
 #include "support/values.h"

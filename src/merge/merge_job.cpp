@@ -18,7 +18,9 @@ const String kPageCnt(u"pageCnt");
 const String kStartNr(u"startNr");
 const String kOffset(u"offset");
 
-Pasteboard mergePasteboard() { return Pasteboard::withName(kMergePasteboard); }
+Pasteboard mergePasteboard() {
+    return Pasteboard::withName(kMergePasteboard);
+}
 
 /// Truncates. In 64 bits, where no quotient of 32-bit numbers overflows.
 int64_t quotient(int32_t pageNum, int32_t pageCnt) {
@@ -29,7 +31,9 @@ int64_t quotient(int32_t pageNum, int32_t pageCnt) {
 }
 
 /// Two's complement, wrapping.
-int32_t wrapped(int64_t number) { return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(number))); }
+int32_t wrapped(int64_t number) {
+    return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(number)));
+}
 
 int32_t pageCountOf(const UIDRef& document) {
     InterfacePtr<IPageList> pages(document);
@@ -60,7 +64,9 @@ void processFrames(IDataBase* database, int32_t pageNum) {
     if (quotient(pageNum, pageCnt) * pageCnt == pageNum) processFrames(database, gMergeJob, pageNum);
 }
 
-void cleanupFrameProcessing() { gMergeJob = Dictionary(); }
+void cleanupFrameProcessing() {
+    gMergeJob = Dictionary();
+}
 
 RowArithmetic::RowArithmetic(const Dictionary& job)
     : startNr(intForKey(job, kStartNr, 1)), offset(intForKey(job, kOffset, 1)), pageCnt(intForKey(job, kPageCnt, 1)) {}

@@ -8,10 +8,16 @@ namespace {
 MergeObserver* gMergeObserver = nullptr;
 }  // namespace
 
-const char* nameOf(ProblemKind kind) { return kind == ProblemKind::Overset ? "overset" : "missingImg"; }
+const char* nameOf(ProblemKind kind) {
+    return kind == ProblemKind::Overset ? "overset" : "missingImg";
+}
 
-MergeObserver* setMergeObserver(MergeObserver* observer) { return std::exchange(gMergeObserver, observer); }
+MergeObserver* setMergeObserver(MergeObserver* observer) {
+    return std::exchange(gMergeObserver, observer);
+}
 
-MergeObserver* mergeObserver() { return gMergeObserver; }
+MergeObserver* mergeObserver() {
+    return gMergeObserver;
+}
 
 }  // namespace vornaset

@@ -27,8 +27,8 @@ class MergeObserver {
     /// Once for every problem of every page set, whatever the pasteboard says.
     virtual void problem(ProblemKind kind, const MergePlace& place) = 0;
 
-    /// A placeholder moved on to a row that isn't there. `place.row` is the row that the story was begun with. The failure
-    /// then leaves the page event.
+    /// A placeholder moved on to a row that isn't there. `place.row` is the row that the story was begun with. The
+    /// failure then leaves the page event.
     virtual void rangeFailure(const MergePlace& place, const RangeException& failure) = 0;
 };
 

@@ -32,7 +32,9 @@ void copyStory(const UIDRef& from, const UIDRef& to) {
     if (command) CmdUtils::ProcessCommand(command.get());
 }
 
-void deleteStory(const UIDRef& story) { processOnItems(kDeleteStoryCmdBoss, UIDList(story)); }
+void deleteStory(const UIDRef& story) {
+    processOnItems(kDeleteStoryCmdBoss, UIDList(story));
+}
 
 unsigned char stageStory(ITextModel* story, void* job) {
     const UIDRef frame = firstFrameForStory(::GetUIDRef(story));

@@ -38,9 +38,9 @@ class VornasetPlaceHolder {
 
 /// A paragraph that holds placeholders. UTF-16 units of the story from 0.
 struct PlaceHolderLine {
-    int64_t pos = 0;                        ///< of the paragraph's first character
-    uint64_t len = 0;                       ///< with its carriage return
-    std::vector<VornasetPlaceHolder> phs;   ///< in text order
+    int64_t pos = 0;                       ///< of the paragraph's first character
+    uint64_t len = 0;                      ///< with its carriage return
+    std::vector<VornasetPlaceHolder> phs;  ///< in text order
 };
 
 }  // namespace vornaset

@@ -1,5 +1,5 @@
-// Finding the placeholders of a story. The whole text is scanned before anything is edited: editing then goes from the end
-// backwards, so that the positions found here stay right.
+// Finding the placeholders of a story. The whole text is scanned before anything is edited: editing then goes from the
+// end backwards, so that the positions found here stay right.
 
 #include "placeholders/text_model.h"
 #include "support/format.h"
@@ -56,12 +56,12 @@ std::vector<VornasetPlaceHolder> MyTextModel::placeHoldersForLine(std::u16string
     while (opening != text.npos) {
         const size_t closing = text.find(kClosing, opening + kOpening.size());
         if (closing == text.npos) break;
-        VornasetPlaceHolder& placeHolder = found.emplace_back(VornasetPlaceHolder::placeHolderWithPos(
-            static_cast<int32_t>(position + static_cast<int64_t>(opening)),
-            static_cast<int32_t>(position + static_cast<int64_t>(closing))));
+        VornasetPlaceHolder& placeHolder = found.emplace_back(
+            VornasetPlaceHolder::placeHolderWithPos(static_cast<int32_t>(position + static_cast<int64_t>(opening)),
+                                                    static_cast<int32_t>(position + static_cast<int64_t>(closing))));
         placeHolder.setMapping(rowDict_);
-        // The placeholder itself keeps the old row. The step isn't guarded: a template that walks through rows needs them
-        // all, and the range failure tells so.
+        // The placeholder itself keeps the old row. The step isn't guarded: a template that walks through rows needs
+        // them all, and the range failure tells so.
         if (text[closing - 1] == kNextRowMark) offsetRow(1);
         opening = text.find(kOpening, closing + kClosing.size());
     }

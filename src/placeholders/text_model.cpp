@@ -26,9 +26,13 @@ void readText(ITextModel& story, MutableString& text) {
 
 }  // namespace
 
-MyTextModel::MyTextModel(ITextModel* story) { setup(story); }
+MyTextModel::MyTextModel(ITextModel* story) {
+    setup(story);
+}
 
-MyTextModel::MyTextModel(const UIDRef& story) { setup(InterfacePtr<ITextModel>(story).get()); }
+MyTextModel::MyTextModel(const UIDRef& story) {
+    setup(InterfacePtr<ITextModel>(story).get());
+}
 
 void MyTextModel::init() {
     model_.reset();
@@ -59,7 +63,9 @@ String MyTextModel::string() const {
     return text.string();
 }
 
-int32_t MyTextModel::length() const { return model_ ? totalLength() - 1 : 0; }
+int32_t MyTextModel::length() const {
+    return model_ ? totalLength() - 1 : 0;
+}
 
 std::u16string_view MyTextModel::mirrorRange(int64_t location, int64_t length) const {
     const std::u16string_view text = mirror_.view();
@@ -107,7 +113,9 @@ void MyTextModel::setRow(int64_t number) {
     rowDict_ = rows_.objectAt(static_cast<size_t>(number));
 }
 
-void MyTextModel::offsetRow(int64_t delta) { setRow(row_ + delta); }
+void MyTextModel::offsetRow(int64_t delta) {
+    setRow(row_ + delta);
+}
 
 // --- Editing
 
@@ -149,9 +157,13 @@ void MyTextModel::applyParaStyle(const String& name, int32_t position, int32_t l
     model_->ApplyStyle(position, length, style, AttributeStrand::Paragraph, true, true);
 }
 
-UID MyTextModel::paraStyle(const String& name) const { return getParaStyle(::GetDataBase(model_.get()), name); }
+UID MyTextModel::paraStyle(const String& name) const {
+    return getParaStyle(::GetDataBase(model_.get()), name);
+}
 
-void MyTextModel::addCR() { insertTextAt(length(), String(u"\r"), String(), 0); }
+void MyTextModel::addCR() {
+    insertTextAt(length(), String(u"\r"), String(), 0);
+}
 
 void MyTextModel::deleteLastChar() {
     const int32_t total = totalLength();

@@ -3,8 +3,8 @@
 // model, which has the characters with all their attributes, and a plain text, the mirror, in which finding and cutting
 // are string operations. Every edit goes to both.
 //
-// Positions and lengths are UTF-16 units from 0 and the same numbers in both views. The text ends in a terminal carriage
-// return, which the mirror holds too and the host never gives up.
+// Positions and lengths are UTF-16 units from 0 and the same numbers in both views. The text ends in a terminal
+// carriage return, which the mirror holds too and the host never gives up.
 //
 // Objects are short-lived and stand on the stack. One built on nothing has no model: its operations do nothing or give
 // their empty value. Positions outside the text and rows outside the rows are the caller's fault and end in a
@@ -62,7 +62,7 @@ class MyTextModel {
 
     // --- State of the line that is being worked on
 
-    int32_t lineLen() const { return lineLen_; }     ///< with its carriage return; follows every edit
+    int32_t lineLen() const { return lineLen_; }  ///< with its carriage return; follows every edit
     void setLineLen(int32_t length) { lineLen_ = length; }
     char16_t punctChar() const { return punctChar_; }  ///< trailing punctuation, 0 for none
     uint8_t rmvEmptyLines() const { return rmvEmptyLines_; }
@@ -70,8 +70,8 @@ class MyTextModel {
 
     // --- Editing
 
-    /// Cuts the range out of both views. A range that would reach the terminal character goes from the mirror and stays in
-    /// the host. Nothing for a length below 1.
+    /// Cuts the range out of both views. A range that would reach the terminal character goes from the mirror and stays
+    /// in the host. Nothing for a length below 1.
     void deleteTextAt(int32_t position, int32_t length);
     /// Inserts with the attributes of the place, and a character style on top when one is named; text behind the insert
     /// takes no character style from it. The position behind the insert, or `position` when nothing went into the host.
@@ -102,8 +102,8 @@ class MyTextModel {
     String stringForMapping(const String& key, const Value& row) const;
     /// The name of the value's character style, or null.
     String styleForKey(const String& key, const Value& row) const;
-    /// The value of a placeholder's key, whose last character may be "#" or a space; the style's name in `style` when that
-    /// isn't null. An empty key gives "" and leaves the style alone.
+    /// The value of a placeholder's key, whose last character may be "#" or a space; the style's name in `style` when
+    /// that isn't null. An empty key gives "" and leaves the style alone.
     String stringAndStyleForKey(const String& key, String* style, const Value& row) const;
     void doPlaceHolder(const VornasetPlaceHolder& placeHolder);
     /// Sets `punctChar` from the line's last placeholder: the one character of its key when no column has that name.

@@ -71,14 +71,28 @@ unsigned char visitWithAnchored(UIDRef& item, void* data) {
 
 // --- The document's record
 
-String dataPathForDoc(const UIDRef& document) { return stringForDoc(document, kPath, String()); }
-String sheetForDoc(const UIDRef& document) { return stringForDoc(document, kSheet, String()); }
-int64_t modeForDoc(const UIDRef& document) { return integerForDoc(document, kMode, 0); }
-String pdfStyleForDoc(const UIDRef& document) { return stringForDoc(document, kPDFStyle, String()); }
+String dataPathForDoc(const UIDRef& document) {
+    return stringForDoc(document, kPath, String());
+}
+String sheetForDoc(const UIDRef& document) {
+    return stringForDoc(document, kSheet, String());
+}
+int64_t modeForDoc(const UIDRef& document) {
+    return integerForDoc(document, kMode, 0);
+}
+String pdfStyleForDoc(const UIDRef& document) {
+    return stringForDoc(document, kPDFStyle, String());
+}
 
-void setDataPathForDoc(const UIDRef& document, const String& path) { setStringForDoc(document, String(kPath), path); }
-void setSheetForDoc(const UIDRef& document, const String& sheet) { setStringForDoc(document, String(kSheet), sheet); }
-void setModeForDoc(const UIDRef& document, int64_t mode) { setIntegerForDoc(document, kMode, mode); }
+void setDataPathForDoc(const UIDRef& document, const String& path) {
+    setStringForDoc(document, String(kPath), path);
+}
+void setSheetForDoc(const UIDRef& document, const String& sheet) {
+    setStringForDoc(document, String(kSheet), sheet);
+}
+void setModeForDoc(const UIDRef& document, int64_t mode) {
+    setIntegerForDoc(document, kMode, mode);
+}
 void setPDFStyleForDoc(const UIDRef& document, const String& style) {
     setStringForDoc(document, String(kPDFStyle), style);
 }
@@ -106,12 +120,18 @@ void setIntegerForDoc(const UIDRef& document, const String& key, int64_t value) 
     setStringForDoc(document, key, Number(value).text());
 }
 
-bool docHasData(const UIDRef& document) { return nodeForDoc(document).childCount() > 0; }
+bool docHasData(const UIDRef& document) {
+    return nodeForDoc(document).childCount() > 0;
+}
 
 // --- A frame's record
 
-int64_t frameNumberForFrame(const UIDRef& frame) { return integerForNode(frame, kFrameNumber, 0); }
-void setFrameNumberForFrame(const UIDRef& frame, int64_t number) { setIntegerForNode(frame, kFrameNumber, number); }
+int64_t frameNumberForFrame(const UIDRef& frame) {
+    return integerForNode(frame, kFrameNumber, 0);
+}
+void setFrameNumberForFrame(const UIDRef& frame, int64_t number) {
+    setIntegerForNode(frame, kFrameNumber, number);
+}
 
 void setFrameNumberForFrame2(const UIDRef& frame, int64_t number) {
     const Element node = nodeForFrame(frame);
@@ -120,16 +140,34 @@ void setFrameNumberForFrame2(const UIDRef& frame, int64_t number) {
     setNodeForFrame(frame, node);
 }
 
-int64_t omrNumberForFrame(const UIDRef& frame) { return integerForNode(frame, kOmrNumber, 0); }
-bool isOMRFrame(const UIDRef& frame) { return omrNumberForFrame(frame) > 0; }
-void setOmrNumberForFrame(const UIDRef& frame, int64_t number) { setIntegerForNode(frame, kOmrNumber, number); }
+int64_t omrNumberForFrame(const UIDRef& frame) {
+    return integerForNode(frame, kOmrNumber, 0);
+}
+bool isOMRFrame(const UIDRef& frame) {
+    return omrNumberForFrame(frame) > 0;
+}
+void setOmrNumberForFrame(const UIDRef& frame, int64_t number) {
+    setIntegerForNode(frame, kOmrNumber, number);
+}
 
-String colNameForFrame(const UIDRef& frame) { return textOfFrame(frame, kColumnName); }
-void setColNameForFrame(const UIDRef& frame, const String& column) { setTextOfFrame(frame, kColumnName, column); }
-String dataPathForFrame(const UIDRef& frame) { return textOfFrame(frame, kPath); }
-void setDataPathForFrame(const UIDRef& frame, const String& path) { setTextOfFrame(frame, kPath, path); }
-String sheetForFrame(const UIDRef& frame) { return textOfFrame(frame, kSheet); }
-void setSheetForFrame(const UIDRef& frame, const String& sheet) { setTextOfFrame(frame, kSheet, sheet); }
+String colNameForFrame(const UIDRef& frame) {
+    return textOfFrame(frame, kColumnName);
+}
+void setColNameForFrame(const UIDRef& frame, const String& column) {
+    setTextOfFrame(frame, kColumnName, column);
+}
+String dataPathForFrame(const UIDRef& frame) {
+    return textOfFrame(frame, kPath);
+}
+void setDataPathForFrame(const UIDRef& frame, const String& path) {
+    setTextOfFrame(frame, kPath, path);
+}
+String sheetForFrame(const UIDRef& frame) {
+    return textOfFrame(frame, kSheet);
+}
+void setSheetForFrame(const UIDRef& frame, const String& sheet) {
+    setTextOfFrame(frame, kSheet, sheet);
+}
 
 int64_t integerForNode(const UIDRef& frame, const String& key, int64_t defaultNumber) {
     return integerForKey(nodeForFrame(frame), key, defaultNumber);
@@ -149,11 +187,17 @@ bool isEmptyPictureFrame(const UIDRef& frame) {
     return getChildRef(frame).GetUID() == kInvalidUID;
 }
 
-bool isMyFrame(const UIDRef& frame) { return isTextFrame(frame) || isEmptyPictureFrame(frame) || isOMRFrame(frame); }
+bool isMyFrame(const UIDRef& frame) {
+    return isTextFrame(frame) || isEmptyPictureFrame(frame) || isOMRFrame(frame);
+}
 
-int64_t validFramesCnt(IDataBase* database, const Array& uids) { return countOf(database, uids, isMyFrame); }
+int64_t validFramesCnt(IDataBase* database, const Array& uids) {
+    return countOf(database, uids, isMyFrame);
+}
 
-int64_t emptyFramesCnt(IDataBase* database, const Array& uids) { return countOf(database, uids, isEmptyPictureFrame); }
+int64_t emptyFramesCnt(IDataBase* database, const Array& uids) {
+    return countOf(database, uids, isEmptyPictureFrame);
+}
 
 UIDRef frameWithNumber(const Number& uid, const UIDRef& any) {
     return UIDRef(any.GetDataBase(), UID(static_cast<uint32_t>(uid.integerValue())));

@@ -32,8 +32,8 @@ bool docHasData(const UIDRef& document);
 
 // --- A frame's record
 
-/// The 1-based place of the frame's record within a page set. 0 (or absent) marks a static frame. Numbers need be neither
-/// consecutive nor unique: frames with the same number show the same record.
+/// The 1-based place of the frame's record within a page set. 0 (or absent) marks a static frame. Numbers need be
+/// neither consecutive nor unique: frames with the same number show the same record.
 int64_t frameNumberForFrame(const UIDRef& frame);
 void setFrameNumberForFrame(const UIDRef& frame, int64_t number);
 /// For renumbering: when the frame has an OMR number above 0, that follows.
@@ -74,12 +74,12 @@ UIDRef frameWithNumber(const Number& uid, const UIDRef& any);
 
 /// How many different frame numbers of 1 or more there are, on frames of layers and on frames anchored in their text.
 int64_t uniqueFrameNumbersForDoc(const UIDRef& document);
-/// The length of the first run of consecutive frame numbers: the largest number for frames numbered 1 to n without gaps,
-/// 2 for frames 1, 2 and 4, and 2 for frames 3 and 4. 0 without a numbered frame.
+/// The length of the first run of consecutive frame numbers: the largest number for frames numbered 1 to n without
+/// gaps, 2 for frames 1, 2 and 4, and 2 for frames 3 and 4. 0 without a numbered frame.
 int64_t maxFrameNumberForDoc(const UIDRef& document);
 
-// Walks as EnumBoxes and EnumSpread do, and behind each text frame the frames anchored in its story, one level deep. Only
-// 1 goes on: for a page item any other answer ends the walk with 0; for an anchored frame 0 does.
+// Walks as EnumBoxes and EnumSpread do, and behind each text frame the frames anchored in its story, one level deep.
+// Only 1 goes on: for a page item any other answer ends the walk with 0; for an anchored frame 0 does.
 uint8_t EnumMyBoxes(const UIDRef& document, ItemCallback callback, void* data);
 uint8_t EnumMySpread(ISpread* spread, ItemCallback callback, void* data);
 

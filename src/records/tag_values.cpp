@@ -65,7 +65,9 @@ Element nodeForFrame(const UIDRef& object) {
     return record ? record : Element::make(kRecordKey);
 }
 
-Element nodeForDoc(const UIDRef& document) { return nodeForFrame(document); }
+Element nodeForDoc(const UIDRef& document) {
+    return nodeForFrame(document);
+}
 
 void setNodeForFrame(const UIDRef& object, const Element& node) {
     const String empty(u"");
@@ -89,13 +91,21 @@ void setDictForDoc(const UIDRef& document, const Dictionary& dictionary) {
 
 // --- A frame's own view of its values
 
-String MyFrame::getTag(const char* key) const { return vornaset::stringForKey(*this, key, String()); }
+String MyFrame::getTag(const char* key) const {
+    return vornaset::stringForKey(*this, key, String());
+}
 
-int32_t MyFrame::getInt(const char* key) const { return getTag(key).intValue(); }
+int32_t MyFrame::getInt(const char* key) const {
+    return getTag(key).intValue();
+}
 
-void MyFrame::setTag(const char* key, const String& value) const { vornaset::setStringForKey(*this, key, value); }
+void MyFrame::setTag(const char* key, const String& value) const {
+    vornaset::setStringForKey(*this, key, value);
+}
 
-void MyFrame::setTag(const String& key, const String& value) const { vornaset::setStringForKey(*this, key, value); }
+void MyFrame::setTag(const String& key, const String& value) const {
+    vornaset::setStringForKey(*this, key, value);
+}
 
 void MyFrame::setInt(const char* key, int32_t value) const {
     vornaset::setStringForKey(*this, key, Number(value).text());

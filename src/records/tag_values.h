@@ -1,9 +1,9 @@
 #pragma once
-// What the merge remembers inside a template: text values under keys, kept by the host on page items and documents; on top
-// of them one record per object under one fixed key, in XML or in JSON.
+// What the merge remembers inside a template: text values under keys, kept by the host on page items and documents; on
+// top of them one record per object under one fixed key, in XML or in JSON.
 //
-// An object's record is in one form or the other: the reader of each form takes text of the other as unreadable and starts
-// from an empty record, and the next write replaces it.
+// An object's record is in one form or the other: the reader of each form takes text of the other as unreadable and
+// starts from an empty record, and the next write replaces it.
 //
 // Nothing here reports a failure or throws: an object without a tag store reads as the default and swallows writes, and
 // unreadable text reads as an empty record. An empty text and an absent key are the same.

@@ -24,7 +24,9 @@ struct Walk {
     }
 };
 
-unsigned char visitItem(UIDRef& item, void* data) { return static_cast<Walk*>(data)->visit(item.GetUID().Get()); }
+unsigned char visitItem(UIDRef& item, void* data) {
+    return static_cast<Walk*>(data)->visit(item.GetUID().Get());
+}
 unsigned char visitSpread(ISpread* spread, void* data) {
     return static_cast<Walk*>(data)->visit(::GetUID(spread).Get());
 }
@@ -53,7 +55,8 @@ class EnumeratorsTest : public desk::testing::HostFixture {
 TEST_F(EnumeratorsTest, HierarchyIsWalkedFromTheTopDown) {
     const Uid a = pictureFrame(), b = pictureFrame(), c = pictureFrame();
     InterfacePtr<IHierarchy> hierarchy(ref(spreadLayer(0)));
-    EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(hierarchy.get(), visitItem, w); }), ElementsAre(c, b, a));
+    EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(hierarchy.get(), visitItem, w); }),
+                ElementsAre(c, b, a));
     InterfacePtr<ISpreadLayer> object(ref(spreadLayer(0)));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(object.get(), visitItem, w); }), ElementsAre(c, b, a));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(database, UID(spreadLayer(0)), visitItem, w); }),
@@ -61,7 +64,8 @@ TEST_F(EnumeratorsTest, HierarchyIsWalkedFromTheTopDown) {
 }
 
 TEST_F(EnumeratorsTest, HierarchyWithoutChildrenRunsToTheEnd) {
-    EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(database, UID(spreadLayer(0)), visitItem, w); }), IsEmpty());
+    EXPECT_THAT(visited(1, [&](void* w) { return EnumHierarchy(database, UID(spreadLayer(0)), visitItem, w); }),
+                IsEmpty());
 }
 
 TEST_F(EnumeratorsTest, MissingHierarchyGivesZero) {
@@ -96,7 +100,10 @@ TEST_F(EnumeratorsTest, GroupsAreHandedOverWholeOrEntered) {
 TEST_F(EnumeratorsTest, StopInsideAGroupStopsTheWholeWalk) {
     pictureFrame();
     groupOf({pictureFrame(), pictureFrame()});
-    EXPECT_EQ(visited(0, [&](void* w) { return EnumHierarchy2(database, UID(spreadLayer(0)), visitItem, w); }, 2).size(), 2u);
+    EXPECT_EQ(visited(
+                  0, [&](void* w) { return EnumHierarchy2(database, UID(spreadLayer(0)), visitItem, w); }, 2)
+                  .size(),
+              2u);
 }
 
 TEST_F(EnumeratorsTest, OnlyTheLowByteOfAnAnswerCounts) {
@@ -156,8 +163,14 @@ TEST_F(EnumeratorsTest, StopOnTheSecondLayerStopsEveryWalk) {
     itemOn(upper, *spread);
     pictureFrame();
     InterfacePtr<ISpread> walked(ref(spread->uid));
-    EXPECT_EQ(visited(0, [&](void* w) { return EnumSpread(walked.get(), visitItem, w); }, 2).size(), 2u);
-    EXPECT_EQ(visited(0, [&](void* w) { return EnumBoxes(documentRef(), visitItem, w); }, 2).size(), 2u);
+    EXPECT_EQ(visited(
+                  0, [&](void* w) { return EnumSpread(walked.get(), visitItem, w); }, 2)
+                  .size(),
+              2u);
+    EXPECT_EQ(visited(
+                  0, [&](void* w) { return EnumBoxes(documentRef(), visitItem, w); }, 2)
+                  .size(),
+              2u);
 }
 
 TEST_F(EnumeratorsTest, SpreadWalkEntersGroupsOnlyInItsSecondForm) {
@@ -174,7 +187,8 @@ TEST_F(EnumeratorsTest, PrintableWalkPassesOverLayersThatAreNotPrinted) {
     itemOn(hidden, *spread);
     hidden.printable = false;
     InterfacePtr<ISpread> walked(ref(spread->uid));
-    EXPECT_THAT(visited(1, [&](void* w) { return EnumSpreadPrintable(walked.get(), visitItem, w); }), ElementsAre(printed));
+    EXPECT_THAT(visited(1, [&](void* w) { return EnumSpreadPrintable(walked.get(), visitItem, w); }),
+                ElementsAre(printed));
     EXPECT_EQ(EnumSpreadPrintable(nullptr, visitItem, nullptr), 1);
 }
 
@@ -218,7 +232,10 @@ TEST_F(EnumeratorsTest, SpreadsAreWalkedInOrder) {
     EXPECT_EQ(visited(1, [&](void* w) { return EnumSpreads(documentRef(), visitSpread, w); }), all);
     EXPECT_EQ(visited(1, [&](void* w) { return EnumSpreads(walked.get(), visitSpread, w); }), all);
     EXPECT_EQ(visited(1, [&](void* w) { return MyDoc(documentRef()).enumSpreads(visitSpread, w); }), all);
-    EXPECT_EQ(visited(0, [&](void* w) { return EnumSpreads(documentRef(), visitSpread, w); }, 2).size(), 2u);
+    EXPECT_EQ(visited(
+                  0, [&](void* w) { return EnumSpreads(documentRef(), visitSpread, w); }, 2)
+                  .size(),
+              2u);
     EXPECT_EQ(EnumSpreads(UIDRef(), visitSpread, nullptr), 1);
     EXPECT_EQ(EnumSpreads(static_cast<IDocument*>(nullptr), visitSpread, nullptr), 1);
     EXPECT_EQ(MyDoc().enumSpreads(visitSpread, nullptr), 1);
@@ -236,7 +253,9 @@ TEST_F(EnumeratorsTest, OneLayerIsWalkedThroughAllSpreads) {
                 ElementsAre(first, second));
     EXPECT_THAT(visited(1, [&](void* w) { return handle.enumSpreads(ref(upper.uid), visitItem, w); }),
                 ElementsAre(first, second));
-    EXPECT_THAT(visited(0, [&](void* w) { return handle.enumSpreads(ref(upper.uid), visitItem, w); }, 1), ElementsAre(first));
+    EXPECT_THAT(visited(
+                    0, [&](void* w) { return handle.enumSpreads(ref(upper.uid), visitItem, w); }, 1),
+                ElementsAre(first));
     EXPECT_EQ(handle.enumSpreads(UIDRef(), visitItem, nullptr), 0);
     EXPECT_EQ(handle.enumSpreads(documentRef(), visitItem, nullptr), 0);
     EXPECT_EQ(MyDoc().enumSpreads(layerObject.get(), visitItem, nullptr), 1);
@@ -259,7 +278,8 @@ TEST_F(EnumeratorsTest, BoxesOfADocumentAreReachedByEveryHandle) {
 
 TEST_F(EnumeratorsTest, MissingDocumentMeansTheFrontDocument) {
     const Uid a = pictureFrame();
-    EXPECT_THAT(visited(1, [&](void* w) { return EnumBoxes(static_cast<IDocument*>(nullptr), visitItem, w); }), ElementsAre(a));
+    EXPECT_THAT(visited(1, [&](void* w) { return EnumBoxes(static_cast<IDocument*>(nullptr), visitItem, w); }),
+                ElementsAre(a));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumBoxes(UIDRef(), visitItem, w); }), ElementsAre(a));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumBoxes(ref(a), visitItem, w); }), ElementsAre(a));
     border.close(document);
@@ -269,7 +289,8 @@ TEST_F(EnumeratorsTest, MissingDocumentMeansTheFrontDocument) {
 TEST_F(EnumeratorsTest, ItemsOnHiddenLayersAreVisited) {
     const Uid a = pictureFrame();
     layer->visible = false;
-    EXPECT_THAT(visited(1, [&](void* w) { return MyDoc(documentRef()).enumVisibleBoxes(visitItem, w); }), ElementsAre(a));
+    EXPECT_THAT(visited(1, [&](void* w) { return MyDoc(documentRef()).enumVisibleBoxes(visitItem, w); }),
+                ElementsAre(a));
 }
 
 TEST_F(EnumeratorsTest, BoxesOfOneSpreadCountFromOne) {
@@ -288,7 +309,9 @@ TEST_F(EnumeratorsTest, ListIsWalkedFromItsFirstEntry) {
     list.Append(UID(3));
     list.Append(UID(9));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumBoxes(list, visitItem, w); }), ElementsAre(5u, 3u, 9u));
-    EXPECT_THAT(visited(0, [&](void* w) { return EnumFrames(list, visitItem, w); }, 2), ElementsAre(5u, 3u));
+    EXPECT_THAT(visited(
+                    0, [&](void* w) { return EnumFrames(list, visitItem, w); }, 2),
+                ElementsAre(5u, 3u));
     EXPECT_EQ(EnumBoxes(UIDList(), visitItem, nullptr), 1);
     EXPECT_EQ(EnumFrames(UIDList(database), visitItem, nullptr), 1);
 }
@@ -301,8 +324,11 @@ TEST_F(EnumeratorsTest, StoriesAreWalkedInTheDocumentsOrder) {
     InterfacePtr<IDocument> walked(documentRef());
     EXPECT_THAT(visited(1, [&](void* w) { return EnumStories(documentRef(), visitStory, w); }), ElementsAre(a, b));
     EXPECT_THAT(visited(1, [&](void* w) { return EnumStories(walked.get(), visitStory, w); }), ElementsAre(a, b));
-    EXPECT_THAT(visited(1, [&](void* w) { return MyDoc(documentRef()).enumStories(visitStory, w); }), ElementsAre(a, b));
-    EXPECT_THAT(visited(0, [&](void* w) { return EnumStories(documentRef(), visitStory, w); }, 1), ElementsAre(a));
+    EXPECT_THAT(visited(1, [&](void* w) { return MyDoc(documentRef()).enumStories(visitStory, w); }),
+                ElementsAre(a, b));
+    EXPECT_THAT(visited(
+                    0, [&](void* w) { return EnumStories(documentRef(), visitStory, w); }, 1),
+                ElementsAre(a));
     EXPECT_EQ(EnumStories(UIDRef(), visitStory, nullptr), 1);
     EXPECT_EQ(EnumStories(static_cast<IDocument*>(nullptr), visitStory, nullptr), 1);
     EXPECT_EQ(MyDoc().enumStories(visitStory, nullptr), 1);

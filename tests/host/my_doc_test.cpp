@@ -68,8 +68,12 @@ TEST_F(MyDocTest, FrontDocumentIsTheOneInFront) {
 
 TEST_F(MyDocTest, PathIsThatOfTheFileReadWhenNeverSaved) {
     EXPECT_TRUE(pathForDoc(database).isNull());
-    document.path = "/jobs/Br\xC3\xBC" "cke.idml";
-    EXPECT_EQ(pathForDoc(database), u"/jobs/Br\u00FC" u"cke.idml");
+    document.path =
+        "/jobs/Br\xC3\xBC"
+        "cke.idml";
+    EXPECT_EQ(pathForDoc(database),
+              u"/jobs/Br\u00FC"
+              u"cke.idml");
     EXPECT_EQ(pathForDoc(documentRef()), pathForDoc(database));
     EXPECT_EQ(pathForDoc(frontDoc()), pathForDoc(database));
 }

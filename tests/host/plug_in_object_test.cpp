@@ -59,7 +59,9 @@ class SessionHost : public IHost {
     IHost* former_;
 };
 
-TEST(PlugInObjectTest, EntryPointGivesTheOneObject) { EXPECT_EQ(GetPlugIn(), &gPlugIn); }
+TEST(PlugInObjectTest, EntryPointGivesTheOneObject) {
+    EXPECT_EQ(GetPlugIn(), &gPlugIn);
+}
 
 TEST(PlugInObjectTest, OperationsGiveTheirFixedAnswers) {
     PlugIn plugIn;
@@ -104,8 +106,8 @@ TEST(PlugInObjectTest, RegistrationOffersTheExportProviderAlone) {
     RegisteringSession session;
     SessionHost host(&session);
     gPlugIn.Register(77);
-    EXPECT_THAT(session.registered, ::testing::ElementsAre("77 implementation " +
-                                                           std::to_string(kMyPDFExportProviderImpl.Get())));
+    EXPECT_THAT(session.registered,
+                ::testing::ElementsAre("77 implementation " + std::to_string(kMyPDFExportProviderImpl.Get())));
     const ImplementationRecord& record = *GetkMyPDFExportProviderImpl_InterfaceFactory();
     EXPECT_EQ(session.offered.create, record.create);
     EXPECT_EQ(session.offered.destroy, record.destroy);
@@ -182,14 +184,45 @@ TEST(ModuleSymbolsTest, LibraryFunctionsAreExportedUnderTheirOwnNames) {
     const std::set<std::string> symbols = symbolsOf("nm -D --defined-only -C '" VORNASET_BUILD_DIR "/libvornaset.so'");
     std::set<std::string> names;
     for (const std::string& symbol : symbols) names.insert(symbol.substr(0, symbol.find('(')));
-    for (const char* name :
-         {"DontDeadStrip", "GetkMyPDFExportProviderImpl_InterfaceFactory", "EnumBoxes", "EnumStories", "EnumHierarchy",
-          "EnumSpread", "EnumAnchoredBoxes", "getChildRef", "getParentRef", "isTextFrame", "isValidFrame", "deleteFrames",
-          "deleteFrame", "storyForFrame", "frameListForStory", "firstFrameForStory", "lastFrameForStory", "frontDoc",
-          "pathForDoc", "getCharStyle", "stringForKey", "nodeForFrame", "setDictForDoc", "frameNumberForFrame",
-          "maxFrameNumberForDoc", "EnumMyBoxes", "setupRules", "processTextModel", "processMyTextModel",
-          "setupFrameProcessing", "processFrames", "cleanupFrameProcessing", "createStory", "copyStory", "deleteStory",
-          "stageStory", "restoreStories", "collectImageSlot", "setMergeObserver"}) {
+    for (const char* name : {"DontDeadStrip",
+                             "GetkMyPDFExportProviderImpl_InterfaceFactory",
+                             "EnumBoxes",
+                             "EnumStories",
+                             "EnumHierarchy",
+                             "EnumSpread",
+                             "EnumAnchoredBoxes",
+                             "getChildRef",
+                             "getParentRef",
+                             "isTextFrame",
+                             "isValidFrame",
+                             "deleteFrames",
+                             "deleteFrame",
+                             "storyForFrame",
+                             "frameListForStory",
+                             "firstFrameForStory",
+                             "lastFrameForStory",
+                             "frontDoc",
+                             "pathForDoc",
+                             "getCharStyle",
+                             "stringForKey",
+                             "nodeForFrame",
+                             "setDictForDoc",
+                             "frameNumberForFrame",
+                             "maxFrameNumberForDoc",
+                             "EnumMyBoxes",
+                             "setupRules",
+                             "processTextModel",
+                             "processMyTextModel",
+                             "setupFrameProcessing",
+                             "processFrames",
+                             "cleanupFrameProcessing",
+                             "createStory",
+                             "copyStory",
+                             "deleteStory",
+                             "stageStory",
+                             "restoreStories",
+                             "collectImageSlot",
+                             "setMergeObserver"}) {
         EXPECT_TRUE(names.contains("vornaset::" + std::string(name))) << name;
     }
 }

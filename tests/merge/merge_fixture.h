@@ -1,5 +1,6 @@
 #pragma once
-// A merge run for tests: the template, a job on a pasteboard of the test's own, and an observer that keeps what it is told.
+// A merge run for tests: the template, a job on a pasteboard of the test's own, and an observer that keeps what it is
+// told.
 
 #include <string>
 #include <vector>

@@ -47,7 +47,9 @@ TEST(RowArithmeticTest, NumbersMayBeDecimalText) {
     EXPECT_EQ(text.rowOf(4, 2), 9);
 }
 
-TEST(RowArithmeticTest, StartOfZeroGivesARowBeforeTheFirst) { EXPECT_EQ(arithmetic(0, 1, 1).rowOf(0, 1), -1); }
+TEST(RowArithmeticTest, StartOfZeroGivesARowBeforeTheFirst) {
+    EXPECT_EQ(arithmetic(0, 1, 1).rowOf(0, 1), -1);
+}
 
 TEST(RowArithmeticTest, ArithmeticWrapsInThirtyTwoBits) {
     EXPECT_EQ(arithmetic(INT32_MAX, 1, 1).rowOf(0, 3), INT32_MIN);
@@ -55,9 +57,13 @@ TEST(RowArithmeticTest, ArithmeticWrapsInThirtyTwoBits) {
     EXPECT_EQ(arithmetic(1, 1, -1).rowOf(INT32_MIN, 1), INT32_MIN);
 }
 
-TEST(RowArithmeticTest, DivisionTruncates) { EXPECT_EQ(arithmetic(1, 1, 2).rowOf(-3, 1), -1); }
+TEST(RowArithmeticTest, DivisionTruncates) {
+    EXPECT_EQ(arithmetic(1, 1, 2).rowOf(-3, 1), -1);
+}
 
-TEST(RowArithmeticTest, PageCountOfZeroIsAFailure) { EXPECT_THROW(arithmetic(1, 1, 0).rowOf(0, 1), Exception); }
+TEST(RowArithmeticTest, PageCountOfZeroIsAFailure) {
+    EXPECT_THROW(arithmetic(1, 1, 0).rowOf(0, 1), Exception);
+}
 
 // --- Feedback
 
@@ -158,7 +164,9 @@ TEST_F(MergeJobTest, SetupWritesDatabaseAndPageCountAsText) {
     EXPECT_EQ(job.valueForKey("dataBase"), Value(Number(reinterpret_cast<intptr_t>(database)).text()));
 }
 
-TEST_F(MergeJobTest, NullJobIsNoRun) { EXPECT_EQ(setupFrameProcessing(documentRef(), Dictionary()), 0); }
+TEST_F(MergeJobTest, NullJobIsNoRun) {
+    EXPECT_EQ(setupFrameProcessing(documentRef(), Dictionary()), 0);
+}
 
 TEST_F(MergeJobTest, SetupOfADocumentWithoutNumbersLeavesTheListsAbsent) {
     textFrame(u"<<Name>>");

@@ -84,7 +84,9 @@ TEST_F(ScanningTest, KeyOfAHashAloneMovesToTheNextRow) {
     EXPECT_EQ(rowOf(lines[0].phs[1]), "1");
 }
 
-TEST_F(ScanningTest, UnclosedPlaceholderMakesNoLine) { EXPECT_TRUE(scan(u"<<a\r").empty()); }
+TEST_F(ScanningTest, UnclosedPlaceholderMakesNoLine) {
+    EXPECT_TRUE(scan(u"<<a\r").empty());
+}
 
 TEST_F(ScanningTest, UnclosedPlaceholderEndsTheLinesScan) {
     const auto lines = scan(u"<<a>> <<b");
@@ -92,7 +94,9 @@ TEST_F(ScanningTest, UnclosedPlaceholderEndsTheLinesScan) {
     EXPECT_EQ(lines[0].phs.size(), 1u);
 }
 
-TEST_F(ScanningTest, ClosingMarkBeforeTheOpeningOneMakesNoLine) { EXPECT_TRUE(scan(u">> <<").empty()); }
+TEST_F(ScanningTest, ClosingMarkBeforeTheOpeningOneMakesNoLine) {
+    EXPECT_TRUE(scan(u">> <<").empty());
+}
 
 TEST_F(ScanningTest, ClosingMarkIsSoughtBehindTheOpeningOne) {
     EXPECT_TRUE(scan(u"<<>").empty());
@@ -101,7 +105,9 @@ TEST_F(ScanningTest, ClosingMarkIsSoughtBehindTheOpeningOne) {
     EXPECT_EQ(keyOf(lines[0].phs[0]), "");
 }
 
-TEST_F(ScanningTest, PlaceholderAcrossAReturnIsTwoFragments) { EXPECT_TRUE(scan(u"<<a\rb>>").empty()); }
+TEST_F(ScanningTest, PlaceholderAcrossAReturnIsTwoFragments) {
+    EXPECT_TRUE(scan(u"<<a\rb>>").empty());
+}
 
 TEST_F(ScanningTest, PlaceholderAcrossAForcedLineBreakIsOne) {
     const auto lines = scan(u"<<a\u2028b>>");

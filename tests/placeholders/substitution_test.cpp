@@ -39,9 +39,13 @@ class SubstitutionTest : public PluginTest {
 
 // --- The table of line clean-up
 
-TEST_F(SubstitutionTest, SpaceOfAnEmptyFieldGoesWithIt) { EXPECT_EQ(filled(u"Dear <<Title >><<Name>>"), u"Dear Miller"); }
+TEST_F(SubstitutionTest, SpaceOfAnEmptyFieldGoesWithIt) {
+    EXPECT_EQ(filled(u"Dear <<Title >><<Name>>"), u"Dear Miller");
+}
 
-TEST_F(SubstitutionTest, ValueGetsTheSpaceOfItsKey) { EXPECT_EQ(filled(u"Dear <<Name >>and"), u"Dear Miller and"); }
+TEST_F(SubstitutionTest, ValueGetsTheSpaceOfItsKey) {
+    EXPECT_EQ(filled(u"Dear <<Name >>and"), u"Dear Miller and");
+}
 
 TEST_F(SubstitutionTest, PunctuationClosesUpOverAnEmptyField) {
     EXPECT_EQ(filled(u"<<Name>> <<City>><<,>>"), u"Miller,");
@@ -56,7 +60,9 @@ TEST_F(SubstitutionTest, KeptEmptyLineGetsItsPunctuation) {
     EXPECT_EQ(filled(u"x\r<<Title>><<,>>\ry", 0), u"x\r,\ry");
 }
 
-TEST_F(SubstitutionTest, LineOfASpaceIsNotEmpty) { EXPECT_EQ(filled(u"x\r<<Title>> <<City>>\ry"), u"x\r \ry"); }
+TEST_F(SubstitutionTest, LineOfASpaceIsNotEmpty) {
+    EXPECT_EQ(filled(u"x\r<<Title>> <<City>>\ry"), u"x\r \ry");
+}
 
 TEST_F(SubstitutionTest, SpaceBeforePunctuationGoesAwayFromTheStorysStart) {
     EXPECT_EQ(filled(u"x\r<<Title>> <<City>><<,>>\ry"), u"x\r,\ry");
@@ -77,7 +83,9 @@ TEST_F(SubstitutionTest, EmptyFirstLineAndTrailingReturnsGo) {
 
 // --- Lines
 
-TEST_F(SubstitutionTest, EmptyLinesOfTheTemplateStay) { EXPECT_EQ(filled(u"a\r\r<<Name>>\r\rb"), u"a\r\rMiller\r\rb"); }
+TEST_F(SubstitutionTest, EmptyLinesOfTheTemplateStay) {
+    EXPECT_EQ(filled(u"a\r\r<<Name>>\r\rb"), u"a\r\rMiller\r\rb");
+}
 
 TEST_F(SubstitutionTest, EmptyLinesStayWhenTheyAreToBeKept) {
     EXPECT_EQ(filled(u"a\r<<Title>>\rb", 0), u"a\r\rb");
@@ -124,9 +132,13 @@ TEST_F(SubstitutionTest, OtherKindsOfValuesVanish) {
     EXPECT_EQ(filled(u"a<<Name>>b", Dictionary::make({{"Name", Array::make({"x"})}})), u"ab");
 }
 
-TEST_F(SubstitutionTest, UnknownKeyVanishes) { EXPECT_EQ(filled(u"a<<Unknown>>b"), u"ab"); }
+TEST_F(SubstitutionTest, UnknownKeyVanishes) {
+    EXPECT_EQ(filled(u"a<<Unknown>>b"), u"ab");
+}
 
-TEST_F(SubstitutionTest, EmptyKeyVanishes) { EXPECT_EQ(filled(u"a<<>>b"), u"ab"); }
+TEST_F(SubstitutionTest, EmptyKeyVanishes) {
+    EXPECT_EQ(filled(u"a<<>>b"), u"ab");
+}
 
 TEST_F(SubstitutionTest, KeyOfASpaceVanishes) {
     EXPECT_EQ(filled(u"a<< >>b<<Name>>", Dictionary::make({{"Name", "x"}, {"", "never"}})), u"anever bx");
@@ -185,8 +197,8 @@ TEST_F(SubstitutionTest, PunctuationOfALineDoesNotReachTheNext) {
 // --- Rows
 
 TEST_F(SubstitutionTest, HashWalksThroughTheRows) {
-    const Array rows = Array::make({Dictionary::make({{"Name", "A"}}), Dictionary::make({{"Name", "B"}}),
-                                    Dictionary::make({{"Name", "C"}})});
+    const Array rows = Array::make(
+        {Dictionary::make({{"Name", "A"}}), Dictionary::make({{"Name", "B"}}), Dictionary::make({{"Name", "C"}})});
     frame = textFrame(u"<<Name#>>\r<<Name>> <<Name#>>\r<<Name>>");
     EXPECT_EQ(processTextModel(storyRef(frame), rows, 0, 1), 1);
     EXPECT_EQ(textIn(frame), u"A\rB B\rC");
@@ -290,7 +302,8 @@ TEST_F(SubstitutionTest, StyleOfAnEmptyValueHasNoEffect) {
 
 TEST_F(SubstitutionTest, ValueAndStyleOfAKey) {
     MyTextModel text(storyRef(textFrame(u"")));
-    const Value row = Dictionary::make({{"Name", "Miller"}, {"#Name", "Bold"}, {"Empty", ""}, {"#Empty", "Bold"}, {"#City", ""}});
+    const Value row =
+        Dictionary::make({{"Name", "Miller"}, {"#Name", "Bold"}, {"Empty", ""}, {"#Empty", "Bold"}, {"#City", ""}});
     String found("untouched");
     EXPECT_EQ(text.stringAndStyleForKey(u"", &found, row), u"");
     EXPECT_EQ(found, u"untouched");
@@ -321,7 +334,8 @@ TEST_F(SubstitutionTest, ColumnBeatsTheRuleOfItsNameEvenWhenEmpty) {
 }
 
 TEST_F(SubstitutionTest, RuleWithoutAReplacementTableGivesTheSource) {
-    setupRules(Array::make({Dictionary::make({{"name", "R"}, {"contentOf", "Name"}, {"replacementsDict", "no table"}})}));
+    setupRules(
+        Array::make({Dictionary::make({{"name", "R"}, {"contentOf", "Name"}, {"replacementsDict", "no table"}})}));
     EXPECT_EQ(filled(u"a <<R>>b"), u"a MillerbR");
 }
 
@@ -346,7 +360,8 @@ TEST_F(SubstitutionTest, LaterRuleOfANameWins) {
 }
 
 TEST_F(SubstitutionTest, RulesThatCannotAnswerAreRefused) {
-    EXPECT_THROW(setupRules(Array::make({Dictionary::make({{"name", "R"}, {"contentOf", "x"}})})), InvalidArgumentException);
+    EXPECT_THROW(setupRules(Array::make({Dictionary::make({{"name", "R"}, {"contentOf", "x"}})})),
+                 InvalidArgumentException);
     EXPECT_THROW(setupRules(Array::make({Dictionary::make({{"name", "R"}, {"replacementsDict", "x"}})})),
                  InvalidArgumentException);
     EXPECT_THROW(setupRules(Array::make({Dictionary::make({{"contentOf", "x"}, {"replacementsDict", "x"}})})),
@@ -365,7 +380,8 @@ TEST_F(SubstitutionTest, WithoutRulesEveryUnknownKeyIsEmpty) {
 TEST_F(SubstitutionTest, ValueStandsBeforeItsPlaceholderGoes) {
     RecordedStory story(storyRef(textFrame(u"ab<<Name>>")));
     processTextModel(&story, Array::make({miller}), 0, 1);
-    const std::string none = std::to_string(document.styleNamed(desk::StyleKind::Character, "[No character style]")->uid);
+    const std::string none =
+        std::to_string(document.styleNamed(desk::StyleKind::Character, "[No character style]")->uid);
     EXPECT_THAT(story.calls, ::testing::ElementsAre("insert 8 Miller", "character style " + none + " at 14+0",
                                                     "delete 14+2", "delete 2+6"));
 }

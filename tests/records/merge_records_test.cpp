@@ -24,7 +24,7 @@ class MergeRecordsTest : public PluginTest {
 
     struct Walk {
         std::vector<Uid> visited;
-        int answersLeft = 1000;       ///< so many answers of 1 before `lastAnswer`
+        int answersLeft = 1000;  ///< so many answers of 1 before `lastAnswer`
         unsigned char lastAnswer = 0;
 
         static unsigned char visit(UIDRef& item, void* data) {
@@ -53,8 +53,9 @@ TEST_F(MergeRecordsTest, FieldsOfADocumentStandUnderTheirNames) {
     setSheetForDoc(documentRef(), "One");
     setModeForDoc(documentRef(), 2);
     setPDFStyleForDoc(documentRef(), "Print");
-    EXPECT_EQ(storedInDocument(), "<Vornaset><path>/data/people.csv</path><sheet>One</sheet><mode>2</mode>"
-                                  "<pdfStyle>Print</pdfStyle></Vornaset>");
+    EXPECT_EQ(storedInDocument(),
+              "<Vornaset><path>/data/people.csv</path><sheet>One</sheet><mode>2</mode>"
+              "<pdfStyle>Print</pdfStyle></Vornaset>");
     EXPECT_EQ(dataPathForDoc(documentRef()), u"/data/people.csv");
     EXPECT_EQ(modeForDoc(documentRef()), 2);
     EXPECT_EQ(stringForDoc(documentRef(), "mode", nullptr), u"2");
@@ -107,8 +108,9 @@ TEST_F(MergeRecordsTest, FieldsOfAFrameStandUnderTheirNames) {
     setColNameForFrame(ref(frame), "Photo");
     setDataPathForFrame(ref(frame), "/p");
     setSheetForFrame(ref(frame), "S");
-    EXPECT_EQ(stored(frame), "<Vornaset><frameNum>2</frameNum><omr>3</omr><colName>Photo</colName><path>/p</path>"
-                             "<sheet>S</sheet></Vornaset>");
+    EXPECT_EQ(stored(frame),
+              "<Vornaset><frameNum>2</frameNum><omr>3</omr><colName>Photo</colName><path>/p</path>"
+              "<sheet>S</sheet></Vornaset>");
     EXPECT_EQ(frameNumberForFrame(ref(frame)), 2);
     EXPECT_TRUE(isOMRFrame(ref(frame)));
     EXPECT_EQ(colNameForFrame(ref(frame)), u"Photo");
