@@ -1,6 +1,7 @@
 #include "records/merge_records.h"
 
 #include <set>
+#include <unordered_map>
 
 #include "host/api/host.h"
 #include "host/my_frame.h"
@@ -126,8 +127,19 @@ bool docHasData(const UIDRef& document) {
 
 // --- A frame's record
 
+// Asked for every story of every fill, where parsing the few fields anew costs more than all else that a fill does for
+// a short story. The same text always says the same number, so numbers are remembered by the record's text.
 int64_t frameNumberForFrame(const UIDRef& frame) {
-    return integerForNode(frame, kFrameNumber, 0);
+    constexpr size_t mostRemembered = 1024;
+    thread_local std::unordered_map<String, int64_t> numbers;
+    const String record = stringForKey(frame, kRecordKey, String());
+    if (record.isNull()) return 0;
+    const auto known = numbers.find(record);
+    if (known != numbers.end()) return known->second;
+    if (numbers.size() >= mostRemembered) numbers.clear();
+    const int64_t number = integerForKey(Element::withXMLString(record), kFrameNumber, 0);
+    numbers.emplace(record, number);
+    return number;
 }
 void setFrameNumberForFrame(const UIDRef& frame, int64_t number) {
     setIntegerForNode(frame, kFrameNumber, number);

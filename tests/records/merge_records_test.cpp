@@ -120,6 +120,19 @@ TEST_F(MergeRecordsTest, FieldsOfAFrameStandUnderTheirNames) {
     EXPECT_FALSE(writes([&] { setFrameNumberForFrame(ref(frame), 2); }));
 }
 
+TEST_F(MergeRecordsTest, FrameNumberIsThatOfTheRecordAsItStandsNow) {
+    const UIDRef frame = ref(pictureFrame());
+    for (int64_t number = 1; number <= 3000; ++number) {
+        setFrameNumberForFrame(frame, number);
+        ASSERT_EQ(frameNumberForFrame(frame), number);
+        ASSERT_EQ(integerForNode(frame, "frameNum", 0), number);
+    }
+    document.item(frame.GetUID().Get())->labels.set("Vornaset", "no record");
+    EXPECT_EQ(frameNumberForFrame(frame), 0);
+    document.item(frame.GetUID().Get())->labels.set("Vornaset", "<Vornaset><frameNum>many</frameNum></Vornaset>");
+    EXPECT_EQ(frameNumberForFrame(frame), 0);
+}
+
 TEST_F(MergeRecordsTest, RecordWithoutAColumnNameReadsAsEmpty) {
     const UIDRef frame = ref(imageSlot(1));
     EXPECT_FALSE(colNameForFrame(frame).isNull());
