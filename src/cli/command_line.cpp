@@ -54,8 +54,8 @@ std::string wrapped(const std::string& help) {
         while (line.size() > width) {
             std::size_t blank = line.rfind(' ', width);
             if (blank == line.npos || blank <= indent.size()) break;
-            text += line.substr(0, blank) + "\n";
-            line = indent + line.substr(blank + 1);
+            text.append(line, 0, blank).append("\n");
+            line.replace(0, blank + 1, indent);
         }
         text += line + "\n";
     }

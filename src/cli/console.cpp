@@ -22,10 +22,12 @@ std::string counted(std::uint64_t count, const char* singular) {
     return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
 }
 
-/// One font of many style ranges stands once.
 std::string replacementText(const companion::RunResult& result) {
     std::string text;
-    for (auto& [asked, used] : result.replacedFonts) text += (text.empty() ? "" : ", ") + asked + " by " + used;
+    for (auto& [asked, used] : result.replacedFonts) {
+        if (!text.empty()) text += ", ";
+        text.append(asked).append(" by ").append(used);
+    }
     return text;
 }
 

@@ -44,8 +44,8 @@ std::string inMegabytes(std::uint64_t bytes) {
 ByteBuffer readWholeFile(const std::string& path, const std::string& what, std::uint64_t byteLimit) {
     Descriptor file = openToRead(path, what);
     struct stat status {};
-    if (::fstat(file.number(), &status) != 0)
-        throw Error(what + " \"" + path + "\" can't be read: " + std::strerror(errno) + ".");
+    auto unreadable = [&] { return Error(what + " \"" + path + "\" can't be read: " + std::strerror(errno) + "."); };
+    if (::fstat(file.number(), &status) != 0) throw unreadable();
     if (S_ISDIR(status.st_mode)) throw Error(what + " \"" + path + "\" is a folder; name a file in it.");
 
     // A pipe tells no size: begin small and double. One byte more than a known size lets the last read see the end.
@@ -62,7 +62,7 @@ ByteBuffer readWholeFile(const std::string& path, const std::string& what, std::
         ssize_t got =
             ::read(file.number(), bytes.data() + filled, std::min<std::size_t>(bytes.size() - filled, 1 << 30));
         if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw Error(what + " \"" + path + "\" can't be read: " + std::strerror(errno) + ".");
+        if (got < 0) throw unreadable();
         if (got == 0) break;
         filled += static_cast<std::size_t>(got);
         if (filled > byteLimit) throw tooLong();

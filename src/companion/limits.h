@@ -31,6 +31,6 @@ inline constexpr std::uint64_t rulesFileBytes = 64'000'000;
 inline constexpr std::size_t delimiterSampleRecords = 100;
 
 /// Bytes that are looked at for the same purpose, so that one record of a gigabyte isn't walked three times.
-inline constexpr std::size_t delimiterSampleBytes = 256 * 1024;
+inline constexpr std::size_t delimiterSampleBytes = std::size_t{256} * 1024;
 
 }  // namespace companion

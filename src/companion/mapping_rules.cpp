@@ -116,6 +116,7 @@ std::vector<MappingRule> readRules(const std::string& path) {
 
 vornaset::Array ruleObjects(const std::vector<MappingRule>& rules) {
     std::vector<vornaset::Value> objects;
+    objects.reserve(rules.size());
     for (const MappingRule& rule : rules) objects.emplace_back(std::make_shared<RuleObject>(rule));
     return vornaset::Array::make(std::move(objects));
 }

@@ -55,13 +55,16 @@ class Warnings {
         for (const std::string& story : check.unnumberedStories)
             add("story " + story +
                 " has placeholders, but its first frame has no number: they are printed as they stand");
-        for (auto& [column, frame] : check.missingImageColumns)
-            add("frame " + frame + " takes its picture from the column \"" + column + "\", which the data lack");
+        for (auto& [column, frame] : check.missingImageColumns) add(pictureClause(frame, column));
         for (auto& [style, record] : check.missingStyles)
             add("the template lacks the character style \"" + style + "\" of record " + std::to_string(record));
     }
 
   private:
+    static std::string pictureClause(const std::string& frame, const std::string& column) {
+        return "frame " + frame + " takes its picture from the column \"" + column + "\", which the data lack";
+    }
+
     RunWatcher& watcher_;
     RunResult& result_;
 };

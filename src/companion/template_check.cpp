@@ -98,6 +98,10 @@ class Check {
     TemplateCheck result_;
 };
 
+std::string quoted(const std::string& name) {
+    return "\"" + name + "\"";
+}
+
 std::string joined(const std::vector<std::string>& parts) {
     std::string text;
     for (const std::string& part : parts) text += (text.empty() ? "" : ", ") + part;
@@ -124,10 +128,10 @@ std::string textOfCheck(const TemplateCheck& check) {
         text += "story " + story +
                 ": has placeholders, but its first frame has no number; they are printed as they stand\n";
     for (auto& [column, frame] : check.missingImageColumns)
-        text += "frame " + frame + ": takes its picture from the column \"" + column + "\", which the data lack\n";
+        text += "frame " + frame + ": takes its picture from the column " + quoted(column) + ", which the data lack\n";
     for (const std::string& rule : check.unfedRules)
-        text += "rule \"" + rule + "\": the column that feeds it isn't in the data\n";
-    for (const std::string& column : check.unusedColumns) text += "column \"" + column + "\": nothing uses it\n";
+        text += "rule " + quoted(rule) + ": the column that feeds it isn't in the data\n";
+    for (const std::string& column : check.unusedColumns) text += "column " + quoted(column) + ": nothing uses it\n";
     for (const ReplacedFont& font : check.missingFonts)
         text += "font " + font.asked + ": not on this machine, " + font.used + " stands in\n";
     for (auto& [style, record] : check.missingStyles)
