@@ -20,7 +20,9 @@ constexpr int indexBits = 16;
 // The second line tells programs that look at the first bytes that the file is binary.
 constexpr std::string_view header = "%PDF-1.7\n%\xE2\xE3\xCF\xD3\n";
 
-uint64_t rotated(uint64_t value, int bits) { return value << bits | value >> (64 - bits); }
+uint64_t rotated(uint64_t value, int bits) {
+    return value << bits | value >> (64 - bits);
+}
 
 }  // namespace
 

@@ -18,8 +18,8 @@ using ObjectNumber = uint32_t;
 struct Batch {
     struct Piece {
         ObjectNumber number = 0;
-        size_t entries = 0;      ///< start of the stream dictionary's own entries in `text`
-        size_t bytes = 0;        ///< start of the stream's bytes
+        size_t entries = 0;  ///< start of the stream dictionary's own entries in `text`
+        size_t bytes = 0;    ///< start of the stream's bytes
         size_t end = 0;
         bool compressed = true;  ///< to be deflated; else the entries say what the bytes are
         size_t packed = 0;       ///< objects inside an object stream: range of `packed`

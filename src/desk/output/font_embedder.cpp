@@ -30,7 +30,9 @@ constexpr std::array<uint8_t, 256> codesInOrder = codeOrder();
 /// With .notdef a CFF subset has the glyph numbers 0 to 255.
 constexpr int glyphsInAFont = 255;
 
-bool isEscaped(char16_t c) { return c == u'(' || c == u')' || c == u'\\'; }
+bool isEscaped(char16_t c) {
+    return c == u'(' || c == u')' || c == u'\\';
+}
 
 }  // namespace
 

@@ -1,9 +1,9 @@
 #pragma once
 // Fonts of a PDF file: each face is subset and embedded once, whatever the number of pages.
 //
-// Text is shown by one-byte codes: a code is given to a glyph at its first use. A Type0 font takes up to 255 of them; what
-// comes after goes into a further font with a subset of its own. (Two fonts over one subset would need CIDs beyond one
-// byte, and there are readers that then lose the text on copying.) ISO 32000-1, 9.7.
+// Text is shown by one-byte codes: a code is given to a glyph at its first use. A Type0 font takes up to 255 of them;
+// what comes after goes into a further font with a subset of its own. (Two fonts over one subset would need CIDs beyond
+// one byte, and there are readers that then lose the text on copying.) ISO 32000-1, 9.7.
 
 #include <deque>
 #include <memory>
@@ -20,11 +20,11 @@ namespace desk {
 /// A glyph of a face together with the text that it stands for.
 struct CodedGlyph {
     uint32_t glyph = 0;
-    char16_t unit = 0;         ///< the text, where it is one UTF-16 unit that copies as itself; else 0
-    uint16_t font = 0;         ///< which of the face's Type0 fonts, from 0
+    char16_t unit = 0;  ///< the text, where it is one UTF-16 unit that copies as itself; else 0
+    uint16_t font = 0;  ///< which of the face's Type0 fonts, from 0
     uint8_t code = 0;
-    double width = 0;          ///< em/1000 as the file says it
-    std::u16string copiesAs;   ///< what a reader gets when the glyph is copied
+    double width = 0;         ///< em/1000 as the file says it
+    std::u16string copiesAs;  ///< what a reader gets when the glyph is copied
 };
 
 /// One face in use. Stays where it is as long as the embedder.
@@ -32,8 +32,8 @@ class EmbeddedFace {
   public:
     EmbeddedFace(const FontFace& face, SharedObjects& shared);
 
-    /// `text` is what the glyph stands for; empty for the further glyphs of a cluster. The reference stays good until the
-    /// next call.
+    /// `text` is what the glyph stands for; empty for the further glyphs of a cluster. The reference stays good until
+    /// the next call.
     const CodedGlyph& coded(uint32_t glyph, std::u16string_view text) {
         if (glyph < firstUse_.size() && text.size() == 1) {
             const uint32_t index = firstUse_[glyph];

@@ -83,10 +83,11 @@ class FontObjects {
     void makeSubset() {
         try {
             subset_ = face_.subset(glyphs_);
-            if (subset_.newGlyphOf.size() != glyphs_.size()) throw std::runtime_error("glyphs are missing in the subset");
+            if (subset_.newGlyphOf.size() != glyphs_.size())
+                throw std::runtime_error("glyphs are missing in the subset");
         } catch (const std::exception& failure) {
-            throw InputError("The font \"" + face_.family() + " " + face_.style() + "\" can't be embedded: " +
-                             failure.what() + ". Use another font in the document.");
+            throw InputError("The font \"" + face_.family() + " " + face_.style() +
+                             "\" can't be embedded: " + failure.what() + ". Use another font in the document.");
         }
     }
 
@@ -98,8 +99,8 @@ class FontObjects {
         return subset_.newGlyphOf[static_cast<size_t>(place - glyphs_.begin())];
     }
 
-    /// For TrueType the code itself, which a map leads to the glyph: a subset with the parts of composite glyphs has more
-    /// than 256. A CFF subset has no parts, and its CIDs are its glyph numbers (see FontSubset).
+    /// For TrueType the code itself, which a map leads to the glyph: a subset with the parts of composite glyphs has
+    /// more than 256. A CFF subset has no parts, and its CIDs are its glyph numbers (see FontSubset).
     uint32_t cidOf(const CodedGlyph& coded) const { return isTrueType() ? coded.code : glyphInSubset(coded.glyph); }
 
     ObjectNumber writeFontFile() {

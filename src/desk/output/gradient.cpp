@@ -9,7 +9,7 @@ namespace {
 
 /// A stop as the shading's function sees it.
 struct Stop {
-    double place = 0;  ///< 0..1
+    double place = 0;     ///< 0..1
     double exponent = 1;  ///< of the ramp from the stop before
     std::string value;    ///< components
 };
@@ -127,11 +127,11 @@ Resource gradientPattern(Palette& palette, SharedObjects& shared, const Paint& p
             value.number(amount * paint.tint);
         } else {
             ProcessColour white;
-            const ProcessColour colour =
-                toSpace(palette.process(from.color, paint.tint * 100).value_or(white), space);
+            const ProcessColour colour = toSpace(palette.process(from.color, paint.tint * 100).value_or(white), space);
             for (int i = 0; i < componentCount(space); ++i) value.number(colour.component[i]).append(' ');
         }
-        stops.push_back({std::clamp(from.location / 100, 0.0, 1.0), exponentFor(from.midpoint), std::string(value.view())});
+        stops.push_back(
+            {std::clamp(from.location / 100, 0.0, 1.0), exponentFor(from.midpoint), std::string(value.view())});
     }
     spread(stops);
 

@@ -13,8 +13,8 @@ constexpr int deepestNesting = 100;
 constexpr double textOverhang = 72;
 
 constexpr std::array<std::string_view, 16> blendModes = {
-    "Normal",    "Multiply",   "Screen",  "Overlay",    "SoftLight", "HardLight", "ColorDodge", "ColorBurn",
-    "Darken",    "Lighten",    "Difference", "Exclusion", "Hue",     "Saturation", "Color",     "Luminosity"};
+    "Normal", "Multiply", "Screen",     "Overlay",   "SoftLight", "HardLight",  "ColorDodge", "ColorBurn",
+    "Darken", "Lighten",  "Difference", "Exclusion", "Hue",       "Saturation", "Color",      "Luminosity"};
 
 /// Counts how deep painting stands, whatever way it is left.
 class Descent {
@@ -89,7 +89,8 @@ const ItemLook& ItemPainter::lookOf(const PageItem& item, const Matrix& toSheet,
     return look;
 }
 
-void ItemPainter::paint(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks, Fragment& out) {
+void ItemPainter::paint(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks,
+                        Fragment& out) {
     if (depth_ > deepestNesting) return;
     const Descent descent(depth_);
     const ItemLook& look = lookOf(item, toSheet, sheet, looks);

@@ -30,10 +30,10 @@ struct Sheet {
 struct ItemLook {
     uint64_t revision = 0;
     Matrix toSheet;
-    bool visible = false;        ///< false also for what lies off the sheet
+    bool visible = false;  ///< false also for what lies off the sheet
     ShapeContent shape;
-    bool blends = false;         ///< opacity or blend mode: painted as a group
-    std::string blendState;      ///< graphics state dictionary
+    bool blends = false;     ///< opacity or blend mode: painted as a group
+    std::string blendState;  ///< graphics state dictionary
     uint64_t lastUsed = 0;
 };
 

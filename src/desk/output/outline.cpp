@@ -9,9 +9,13 @@ namespace {
 /// Handle length of a quarter circle of radius 1.
 constexpr double quarterHandle = 0.5522847498;
 
-void appendPoint(ContentBuffer& out, Point p) { out.number(p.x).append(' ').number(p.y).append(' '); }
+void appendPoint(ContentBuffer& out, Point p) {
+    out.number(p.x).append(' ').number(p.y).append(' ');
+}
 
-PathPoint corner(Point p) { return {p, p, p}; }
+PathPoint corner(Point p) {
+    return {p, p, p};
+}
 
 bool isStraight(const PathPoint& from, const PathPoint& to) {
     return from.outgoing == from.anchor && to.incoming == to.anchor;
@@ -47,7 +51,9 @@ Point towards(Point from, Point to, double distance) {
     return {from.x + (to.x - from.x) * distance / length, from.y + (to.y - from.y) * distance / length};
 }
 
-Point between(Point a, Point b, double share) { return {a.x + (b.x - a.x) * share, a.y + (b.y - a.y) * share}; }
+Point between(Point a, Point b, double share) {
+    return {a.x + (b.x - a.x) * share, a.y + (b.y - a.y) * share};
+}
 
 /// Replaces one corner by what the option draws between `in` and `out` on its two sides.
 void appendCorner(std::vector<PathPoint>& points, const std::string& option, Point at, Point in, Point out) {
@@ -191,7 +197,8 @@ Path withCorners(const Path& path, const ItemAttributes& attributes) {
     const bool rectangle = isUprightRectangle(path);
     const Rect bounds = boundsOf(path);
     Path result;
-    for (const Contour& contour : path) result.push_back(withCorners(contour, attributes, rectangle ? &bounds : nullptr));
+    for (const Contour& contour : path)
+        result.push_back(withCorners(contour, attributes, rectangle ? &bounds : nullptr));
     return result;
 }
 

@@ -22,7 +22,8 @@ struct LineEnd {
     bool filled = true;  ///< else stroked with the line's own weight
 };
 
-/// The line ends of an open path's first (left) and last (right) point, in the path's coordinates. Sizes follow the weight.
+/// The line ends of an open path's first (left) and last (right) point, in the path's coordinates. Sizes follow the
+/// weight.
 std::vector<LineEnd> lineEnds(const Path& path, const ItemAttributes& attributes, double weight);
 
 /// True when every contour is closed.

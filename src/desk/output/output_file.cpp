@@ -20,7 +20,9 @@ constexpr size_t bufferSize = 1u << 18;
 constexpr size_t longestNamePart = 200;
 constexpr std::string_view suffix = ".part";
 
-std::string inQuotes(const std::string& path) { return "\"" + path + "\""; }
+std::string inQuotes(const std::string& path) {
+    return "\"" + path + "\"";
+}
 
 std::string folderOf(const std::string& path) {
     const size_t slash = path.find_last_of('/');
@@ -34,7 +36,9 @@ std::string nameOf(const std::string& path) {
 }
 
 /// ".letters.pdf." for an output named letters.pdf.
-std::string temporaryPrefix(const std::string& path) { return "." + nameOf(path).substr(0, longestNamePart) + "."; }
+std::string temporaryPrefix(const std::string& path) {
+    return "." + nameOf(path).substr(0, longestNamePart) + ".";
+}
 
 std::string withLinksFollowed(const std::string& path) {
     std::error_code error;
@@ -52,7 +56,8 @@ void checkPlace(const std::string& path, const std::string& shown) {
     if (exists && !S_ISREG(there.st_mode))
         throw InputError("The output " + inQuotes(shown) + " is not an ordinary file. Choose another file name.");
     if (exists && access(path.c_str(), W_OK) != 0)
-        throw InputError("The output " + inQuotes(shown) + " is write-protected. Choose another file name or allow writing.");
+        throw InputError("The output " + inQuotes(shown) +
+                         " is write-protected. Choose another file name or allow writing.");
     const std::string folder = folderOf(path);
     struct stat place {};
     if (stat(folder.c_str(), &place) != 0 || !S_ISDIR(place.st_mode))
@@ -98,7 +103,9 @@ OutputFile::OutputFile(const std::string& path) : shownPath_(path), path_(withLi
     }
 }
 
-OutputFile::~OutputFile() { remove(); }
+OutputFile::~OutputFile() {
+    remove();
+}
 
 void OutputFile::remove() noexcept {
     if (descriptor_ >= 0) close(descriptor_);

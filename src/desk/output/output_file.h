@@ -7,8 +7,8 @@
 
 namespace desk {
 
-/// Bytes go to a hidden temporary file beside the output; commit() puts it under the name. A process that is killed leaves
-/// at most the temporary file, and the next export to the same name removes it.
+/// Bytes go to a hidden temporary file beside the output; commit() puts it under the name. A process that is killed
+/// leaves at most the temporary file, and the next export to the same name removes it.
 class OutputFile {
   public:
     /// Throws InputError when the folder doesn't exist or can't be written, or when something that isn't an ordinary

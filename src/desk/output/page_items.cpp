@@ -67,9 +67,8 @@ std::vector<Source> sourcesOf(const Document& document, const Page& page) {
         const Page* masterPage = masterPageFor(document, *below, *master);
         if (!masterPage) break;
         const Rect origin = masterPage->rectInSpread();
-        const Matrix toSpread =
-            Matrix::translation(target.left - origin.left, target.top - origin.top).after(
-                Matrix::translation(moved.e, moved.f));
+        const Matrix toSpread = Matrix::translation(target.left - origin.left, target.top - origin.top)
+                                    .after(Matrix::translation(moved.e, moved.f));
         sources.insert(sources.begin(), {master, toSpread, true});
         seen.push_back(master);
         below = masterPage;

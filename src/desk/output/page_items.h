@@ -24,8 +24,8 @@ struct ShownItem {
     bool operator==(const ShownItem&) const = default;
 };
 
-/// The items in painting order: for each visible, printed layer from the bottom those of the master pages (the base of a
-/// master under the master), then the spread's own. Master items that the page overrides are left out. `shown` is
+/// The items in painting order: for each visible, printed layer from the bottom those of the master pages (the base of
+/// a master under the master), then the spread's own. Master items that the page overrides are left out. `shown` is
 /// replaced.
 void collectItems(const Document& document, const Page& page, std::vector<ShownItem>& shown);
 

@@ -24,8 +24,8 @@ class PageWriter {
         ShownItem shown;
         std::vector<uint64_t> signature;
         Fragment content;
-        uint64_t version = 0;   ///< a number of its own for each content
-        uint32_t stableFor = 0; ///< page sets since it changed
+        uint64_t version = 0;    ///< a number of its own for each content
+        uint32_t stableFor = 0;  ///< page sets since it changed
         /// Page sets without change before it goes into a form; doubles with each change after that, so that an item
         /// that changes now and then doesn't leave form after form in the file.
         uint32_t wanted = 1;
@@ -41,7 +41,7 @@ class PageWriter {
         Sheet sheet;
         std::string boxEntries;  ///< of the page dictionary
         LookCache looks;
-        std::vector<Slot> slots; ///< in painting order
+        std::vector<Slot> slots;  ///< in painting order
         std::vector<Form> forms;
         uint64_t sets = 0;
     };

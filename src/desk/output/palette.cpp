@@ -33,7 +33,9 @@ const Swatch* builtInSwatch(const std::string& self) {
     return nullptr;
 }
 
-double unitRange(double value) { return std::clamp(value, 0.0, 1.0); }
+double unitRange(double value) {
+    return std::clamp(value, 0.0, 1.0);
+}
 
 /// With the tint applied: ink scales, light moves towards white.
 ProcessColour tinted(const ColorValue& value, double tint) {
@@ -111,10 +113,14 @@ int componentCount(ColorSpace space) {
 
 std::string_view spaceName(ColorSpace space) {
     switch (space) {
-        case ColorSpace::Gray: return "/DeviceGray";
-        case ColorSpace::RGB: return "/DeviceRGB";
-        case ColorSpace::LAB: return "[/Lab<</WhitePoint[.9642 1 .8249]/Range[-128 127 -128 127]>>]";
-        case ColorSpace::CMYK: break;
+        case ColorSpace::Gray:
+            return "/DeviceGray";
+        case ColorSpace::RGB:
+            return "/DeviceRGB";
+        case ColorSpace::LAB:
+            return "[/Lab<</WhitePoint[.9642 1 .8249]/Range[-128 127 -128 127]>>]";
+        case ColorSpace::CMYK:
+            break;
     }
     return "/DeviceCMYK";
 }
@@ -128,8 +134,7 @@ ProcessColour toSpace(const ProcessColour& colour, ColorSpace space) {
     const double lightest = std::max({rgb.component[0], rgb.component[1], rgb.component[2]});
     if (space == ColorSpace::CMYK) {
         result.component[3] = 1 - lightest;
-        for (int i = 0; i < 3; ++i)
-            result.component[i] = lightest > 0 ? (lightest - rgb.component[i]) / lightest : 0;
+        for (int i = 0; i < 3; ++i) result.component[i] = lightest > 0 ? (lightest - rgb.component[i]) / lightest : 0;
     } else {
         const double gray = 0.3 * rgb.component[0] + 0.59 * rgb.component[1] + 0.11 * rgb.component[2];
         result.component[0] = space == ColorSpace::LAB ? gray * 100 : gray;

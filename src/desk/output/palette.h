@@ -12,11 +12,11 @@ namespace desk {
 
 /// How to set a colour.
 struct Paint {
-    bool paints = false;            ///< false for "Swatch/None"
-    std::string fill, stroke;       ///< operators with their operands and a line feed
-    std::optional<Resource> space;  ///< colour space that the operators name
+    bool paints = false;               ///< false for "Swatch/None"
+    std::string fill, stroke;          ///< operators with their operands and a line feed
+    std::optional<Resource> space;     ///< colour space that the operators name
     const Swatch* gradient = nullptr;  ///< set for a gradient; then there are no operators (see GradientPainter)
-    double tint = 1;                ///< of a gradient's colours, 0..1
+    double tint = 1;                   ///< of a gradient's colours, 0..1
 };
 
 /// A colour as numbers in a process space: gray 0..1, RGB 0..1, CMYK 0..1, or L*a*b* as the swatch says.

@@ -30,12 +30,20 @@ PdfExport::PdfExport(const Document& document, Composer& composer, const std::st
 
 PdfExport::~PdfExport() = default;
 
-void PdfExport::writePage(Uid page) { state_->writer.writePage(page); }
+void PdfExport::writePage(Uid page) {
+    state_->writer.writePage(page);
+}
 
-uint64_t PdfExport::pagesWritten() const { return state_->writer.pagesWritten(); }
+uint64_t PdfExport::pagesWritten() const {
+    return state_->writer.pagesWritten();
+}
 
-const std::vector<std::string>& PdfExport::simplifications() const { return state_->writer.simplifications().told(); }
+const std::vector<std::string>& PdfExport::simplifications() const {
+    return state_->writer.simplifications().told();
+}
 
-void PdfExport::finish() { state_->writer.finish(); }
+void PdfExport::finish() {
+    state_->writer.finish();
+}
 
 }  // namespace desk

@@ -1,9 +1,9 @@
 #pragma once
 // Writes pages of a document, as they stand at the moment of asking, into one PDF file.
 //
-// One pass, page by page; finished pages leave for the file at once, and only offsets stay. What comes out equal on every
-// page set is written once. The file appears under its name only when it is whole: until finish() it stands under a
-// temporary name in the same folder, and goes when the export is given up.
+// One pass, page by page; finished pages leave for the file at once, and only offsets stay. What comes out equal on
+// every page set is written once. The file appears under its name only when it is whole: until finish() it stands under
+// a temporary name in the same folder, and goes when the export is given up.
 
 #include <cstdint>
 #include <memory>
@@ -16,9 +16,9 @@
 namespace desk {
 
 struct PdfOptions {
-    int compressionLevel = 6;      ///< 0 none .. 12 slowest, as libdeflate counts
-    bool inBackground = true;      ///< compress and write in a second thread; the bytes are the same either way
-    std::string title;             ///< for the document information; empty writes none
+    int compressionLevel = 6;  ///< 0 none .. 12 slowest, as libdeflate counts
+    bool inBackground = true;  ///< compress and write in a second thread; the bytes are the same either way
+    std::string title;         ///< for the document information; empty writes none
 };
 
 class PdfExport {

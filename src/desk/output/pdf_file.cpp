@@ -150,7 +150,8 @@ void PdfFile::writeObject(ObjectNumber number, std::string_view object) {
     packedPlaces_.integer(number).append(' ').integer(static_cast<int64_t>(packedObjects_.size())).append(' ');
     packedObjects_.append(object).append('\n');
     packedNumbers_.push_back(number);
-    if (packedNumbers_.size() == objectsInAStream || packedObjects_.size() >= bytesInAnObjectStream) closeObjectStream();
+    if (packedNumbers_.size() == objectsInAStream || packedObjects_.size() >= bytesInAnObjectStream)
+        closeObjectStream();
 }
 
 void PdfFile::closeObjectStream() {

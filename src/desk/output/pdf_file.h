@@ -30,8 +30,8 @@ class PdfFile {
     /// A number for an object that is written later (or never, then it is free). From 1 upwards.
     ObjectNumber allocate() { return ++lastNumber_; }
 
-    /// `entries` are those of the stream's dictionary without its brackets, /Length and (for bytes to be deflated) /Filter.
-    /// Throws InputError when the file can't be written, perhaps for what was given earlier.
+    /// `entries` are those of the stream's dictionary without its brackets, /Length and (for bytes to be deflated)
+    /// /Filter. Throws InputError when the file can't be written, perhaps for what was given earlier.
     void writeStream(ObjectNumber number, std::string_view entries, std::string_view bytes,
                      StreamBytes kind = StreamBytes::Deflate);
 

@@ -12,7 +12,9 @@ constexpr std::string_view dictionaryNames[] = {"/ColorSpace", "/ExtGState", "/F
 /// Shared objects remembered; patterns that follow moving items could grow without end.
 constexpr size_t rememberedObjects = 1u << 14;
 
-bool before(const Resource& a, const Resource& b) { return std::tie(a.kind, a.name) < std::tie(b.kind, b.name); }
+bool before(const Resource& a, const Resource& b) {
+    return std::tie(a.kind, a.name) < std::tie(b.kind, b.name);
+}
 
 }  // namespace
 

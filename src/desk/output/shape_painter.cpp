@@ -39,8 +39,13 @@ struct ShapePainter::Stroke {
     int alignment = 0;  ///< 0 centred, 1 inside, 2 outside
     int cap = 0, join = 0;
     double miterLimit = 4;
+    bool overprints = false;
     std::vector<double> dashes;
     GradientPlace place;
+
+    bool paints() const { return paint->paints && weight > 0; }
+    /// Needs no graphics state but colour, weight and mitre limit.
+    bool isPlain() const { return alignment == 0 && cap == 0 && join == 0 && dashes.empty() && !overprints; }
 };
 
 void ShapePainter::setState(Fragment& out, std::string_view dictionary) {
@@ -88,6 +93,17 @@ void ShapePainter::appendStrokeLook(const Stroke& stroke, double scale, Fragment
     if (stroke.join != 0) out.bytes.integer(stroke.join).append(" j ");
 }
 
+/// Half of a doubled stroke lies on either side of the path: keeps the half that is wanted.
+void ShapePainter::clipToSide(const Path& path, const Stroke& stroke, const Matrix& toPdf, Fragment& out) {
+    const bool outside = stroke.alignment == 2;
+    if (outside) {
+        const double reach = stroke.weight * 4 * std::max(stroke.miterLimit, 1.0) + 1;
+        appendPath(out.bytes, rectanglePath(toPdf.boundsOf(boundsOf(path).grownBy(reach))), Matrix{});
+    }
+    appendPath(out.bytes, path, toPdf);
+    out.bytes.append(outside ? "W* n\n" : "W n\n");
+}
+
 void ShapePainter::strokePath(const Path& path, const Stroke& stroke, const Matrix& toPdf, Fragment& out) {
     Stroke drawn = stroke;
     const bool aligned = stroke.alignment != 0 && isClosed(path);
@@ -96,17 +112,8 @@ void ShapePainter::strokePath(const Path& path, const Stroke& stroke, const Matr
     const bool enclosed = aligned || scale == 0 || stroke.cap != 0 || stroke.join != 0 || !stroke.dashes.empty();
     if (enclosed) out.bytes.append("q\n");
     if (aligned) {
-        // Half of a doubled stroke lies on either side of the path: keep the half that is wanted.
         drawn.weight *= 2;
-        if (stroke.alignment == 2) {
-            const Rect around = toPdf.boundsOf(boundsOf(path)).grownBy(stroke.weight * 4 * std::max(stroke.miterLimit, 1.0) + 1);
-            appendPath(out.bytes, rectanglePath(around), Matrix{});
-            appendPath(out.bytes, path, toPdf);
-            out.bytes.append("W* n\n");
-        } else {
-            appendPath(out.bytes, path, toPdf);
-            out.bytes.append("W n\n");
-        }
+        clipToSide(path, stroke, toPdf, out);
     }
     if (scale == 0) {
         const Matrix& m = toPdf;
@@ -129,73 +136,80 @@ void ShapePainter::strokePath(const Path& path, const Stroke& stroke, const Matr
     if (enclosed) out.bytes.append("Q\n");
 }
 
-void ShapePainter::paint(const Path& path, const ItemAttributes& attributes, const Matrix& toPdf, ShapeHolds holds,
-                         ShapeContent& content) {
-    if (path.empty() || !isUsable(toPdf)) return;
-    const Path outline = withCorners(path, attributes);
-    if (appendPath(content.clip, outline, toPdf)) content.clip.append("W n\n");
-
+ShapePainter::Stroke ShapePainter::strokeOf(const ItemAttributes& attributes, const GradientPlace& place) {
     Stroke stroke;
-    stroke.place.bounds = boundsOf(path);
-    stroke.place.toPdf = toPdf;
+    stroke.place = place;
     stroke.paint = &palette_.paint(attributes.strokeColor.value_or(""), attributes.strokeTint.value_or(-1));
+    stroke.gapPaint = &palette_.paint(attributes.gapColor.value_or(""), attributes.gapTint.value_or(-1));
     stroke.weight = attributes.strokeWeight.value_or(1);
     stroke.alignment = attributes.strokeAlignment.value_or(0);
     stroke.cap = std::clamp(attributes.endCap.value_or(0), 0, 2);
     stroke.join = std::clamp(attributes.endJoin.value_or(0), 0, 2);
     stroke.miterLimit = attributes.miterLimit.value_or(4);
+    stroke.overprints = attributes.overprintStroke.value_or(false);
+    if (!stroke.paints()) return stroke;
     bool round = false;
     stroke.dashes = dashesOf(attributes, stroke.weight, round);
     if (round) stroke.cap = 1;
     double total = 0;
     for (double dash : stroke.dashes) total += dash < 0 ? -1e9 : dash;
     if (!(total > 0)) stroke.dashes.clear();
-    stroke.gapPaint = &palette_.paint(attributes.gapColor.value_or(""), attributes.gapTint.value_or(-1));
-    const bool strokes = stroke.paint->paints && stroke.weight > 0;
+    return stroke;
+}
 
+void ShapePainter::paint(const Path& path, const ItemAttributes& attributes, const Matrix& toPdf, ShapeHolds holds,
+                         ShapeContent& content) {
+    if (path.empty() || !isUsable(toPdf)) return;
+    const Path outline = withCorners(path, attributes);
+    if (appendPath(content.clip, outline, toPdf)) content.clip.append("W n\n");
+    GradientPlace place;
+    place.bounds = boundsOf(path);
+    place.toPdf = toPdf;
+    const Stroke stroke = strokeOf(attributes, place);
     const Paint& fill = palette_.paint(attributes.fillColor.value_or(""), attributes.fillTint.value_or(-1));
-    GradientPlace fillPlace = stroke.place;
-    fillPlace.angle = attributes.gradientAngle.value_or(0);
-    fillPlace.start = attributes.gradientStart;
-    fillPlace.length = attributes.gradientLength;
+    const bool fillOverprints = attributes.overprintFill.value_or(false);
+    // One operator paints both where nothing lies between them and the stroke needs nothing of its own.
+    const bool together = fill.paints && stroke.paints() && stroke.isPlain() && holds == ShapeHolds::Nothing &&
+                          !fillOverprints && isClosed(path) && uniformScale(toPdf) > 0;
     if (fill.paints) {
-        const bool overprints = attributes.overprintFill.value_or(false);
-        if (overprints) {
+        place.angle = attributes.gradientAngle.value_or(0);
+        place.start = attributes.gradientStart;
+        place.length = attributes.gradientLength;
+        if (fillOverprints) {
             content.below.bytes.append("q\n");
             setState(content.below, "<</op true/OPM 1>>");
         }
-        setColour(content.below, fill, Use::Fill, fillPlace);
-        // One operator paints both where nothing lies between them and the stroke needs nothing of its own.
-        const bool together = strokes && holds == ShapeHolds::Nothing && !overprints && stroke.alignment == 0 &&
-                              stroke.dashes.empty() && stroke.cap == 0 && stroke.join == 0 && isClosed(path) &&
-                              uniformScale(toPdf) > 0 && !attributes.overprintStroke.value_or(false);
+        setColour(content.below, fill, Use::Fill, place);
         if (together) {
             appendStrokeLook(stroke, uniformScale(toPdf), content.below);
             setColour(content.below, *stroke.paint, Use::Stroke, stroke.place);
         }
         if (appendPath(content.below.bytes, outline, toPdf)) content.below.bytes.append(together ? "B\n" : "f\n");
-        if (overprints) content.below.bytes.append("Q\n");
-        if (together) return;
+        if (fillOverprints) content.below.bytes.append("Q\n");
     }
-    if (!strokes) return;
-    const bool overprints = attributes.overprintStroke.value_or(false);
-    if (overprints) {
-        content.above.bytes.append("q\n");
-        setState(content.above, "<</OP true/op true/OPM 1>>");
+    if (stroke.paints() && !together) paintStroke(outline, attributes, stroke, toPdf, content.above);
+}
+
+/// The stroke with its line ends.
+void ShapePainter::paintStroke(const Path& outline, const ItemAttributes& attributes, const Stroke& stroke,
+                               const Matrix& toPdf, Fragment& out) {
+    if (stroke.overprints) {
+        out.bytes.append("q\n");
+        setState(out, "<</OP true/op true/OPM 1>>");
     }
-    strokePath(outline, stroke, toPdf, content.above);
+    strokePath(outline, stroke, toPdf, out);
+    Stroke ofEnds = stroke;
+    ofEnds.alignment = 0;
+    ofEnds.dashes.clear();
     for (const LineEnd& end : lineEnds(outline, attributes, stroke.weight)) {
-        if (end.filled) {
-            setColour(content.above, *stroke.paint, Use::Fill, stroke.place);
-            if (appendPath(content.above.bytes, end.path, toPdf)) content.above.bytes.append("f\n");
-        } else {
-            Stroke drawn = stroke;
-            drawn.alignment = 0;
-            drawn.dashes.clear();
-            strokePath(end.path, drawn, toPdf, content.above);
+        if (!end.filled) {
+            strokePath(end.path, ofEnds, toPdf, out);
+            continue;
         }
+        setColour(out, *stroke.paint, Use::Fill, stroke.place);
+        if (appendPath(out.bytes, end.path, toPdf)) out.bytes.append("f\n");
     }
-    if (overprints) content.above.bytes.append("Q\n");
+    if (stroke.overprints) out.bytes.append("Q\n");
 }
 
 }  // namespace desk

@@ -24,8 +24,8 @@ class Simplifications {
 
 /// What an item paints below and above its content.
 struct ShapeContent {
-    Fragment below;   ///< fill
-    Fragment above;   ///< stroke and line ends
+    Fragment below;      ///< fill
+    Fragment above;      ///< stroke and line ends
     ContentBuffer clip;  ///< path of the frame with "W n"; empty when there is no area
 };
 
@@ -50,6 +50,10 @@ class ShapePainter {
 
   private:
     struct Stroke;
+    Stroke strokeOf(const ItemAttributes& attributes, const GradientPlace& place);
+    void paintStroke(const Path& outline, const ItemAttributes& attributes, const Stroke& stroke, const Matrix& toPdf,
+                     Fragment& out);
+    void clipToSide(const Path& path, const Stroke& stroke, const Matrix& toPdf, Fragment& out);
     void strokePath(const Path& path, const Stroke& stroke, const Matrix& toPdf, Fragment& out);
     void appendStrokeLook(const Stroke& stroke, double scale, Fragment& out);
     std::vector<double> dashesOf(const ItemAttributes& attributes, double weight, bool& round);

@@ -6,8 +6,8 @@
 namespace desk {
 namespace {
 
-/// A glyph is moved when it would stand this far from its place, in thousandths of the em. Errors of rounding stay below
-/// it and never add up, because places are compared, not distances.
+/// A glyph is moved when it would stand this far from its place, in thousandths of the em. Errors of rounding stay
+/// below it and never add up, because places are compared, not distances.
 constexpr double tolerance = 0.75;
 
 /// Room that one glyph needs: an adjustment, an escaped code, string brackets.

@@ -6,10 +6,12 @@ namespace desk {
 namespace {
 
 /// Bytes of paragraphs remembered in one of two generations.
-constexpr size_t bytesInAGeneration = 1u << 22;
+constexpr size_t bytesInAGeneration = 1u << 20;
 
 /// Text lies upright on the page: its coordinates need no matrix.
-bool isUpright(const Matrix& toPdf) { return toPdf.a == 1 && toPdf.b == 0 && toPdf.c == 0 && toPdf.d == -1; }
+bool isUpright(const Matrix& toPdf) {
+    return toPdf.a == 1 && toPdf.b == 0 && toPdf.c == 0 && toPdf.d == -1;
+}
 
 /// The start of a line from that of another, by what the paragraph alone says.
 TextPosition offsetOf(const PlacedParagraph& placed, uint32_t from, uint32_t to) {
@@ -119,8 +121,7 @@ bool TextPainter::isWorthRemembering(const Key& key) {
     return false;
 }
 
-void TextPainter::remember(const Key& key, const PlacedParagraph& placed, const Fragment& content,
-                           TextPosition end) {
+void TextPainter::remember(const Key& key, const PlacedParagraph& placed, const Fragment& content, TextPosition end) {
     if (youngBytes_ > bytesInAGeneration) {
         old_ = std::move(young_);
         young_ = Generation();

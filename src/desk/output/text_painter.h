@@ -31,7 +31,8 @@ class TextPainter {
     };
     struct KeyHash {
         size_t operator()(const Key& key) const {
-            return static_cast<size_t>((key.serial * 0x9E3779B97F4A7C15u) ^ (uint64_t{key.firstLine} << 32) ^ key.lineCount);
+            return static_cast<size_t>((key.serial * 0x9E3779B97F4A7C15u) ^ (uint64_t{key.firstLine} << 32) ^
+                                       key.lineCount);
         }
     };
     using Generation = std::unordered_map<Key, Remembered, KeyHash>;

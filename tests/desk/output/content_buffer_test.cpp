@@ -9,8 +9,12 @@
 namespace desk {
 namespace {
 
-std::string numberOf(double value) { return std::string(ContentBuffer().number(value).view()); }
-std::string factorOf(double value) { return std::string(ContentBuffer().factor(value).view()); }
+std::string numberOf(double value) {
+    return std::string(ContentBuffer().number(value).view());
+}
+std::string factorOf(double value) {
+    return std::string(ContentBuffer().factor(value).view());
+}
 
 TEST(ContentBuffer, WritesNumbersWithThreeDecimalsAtMostAndNoZerosAtTheirEnd) {
     EXPECT_EQ(numberOf(0), "0");

@@ -25,7 +25,8 @@ ScratchFolder::~ScratchFolder() {
 
 std::vector<std::string> ScratchFolder::names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::directory_iterator(path_))
+        names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -63,13 +64,17 @@ std::string complaintsOfReaders(const std::string& pdf) {
     return complaints;
 }
 
-std::string decoded(const std::string& pdf) { return run("qpdf --qdf --object-streams=disable '" + pdf + "' -").output; }
+std::string decoded(const std::string& pdf) {
+    return run("qpdf --qdf --object-streams=disable '" + pdf + "' -").output;
+}
 
 std::string pageContent(const std::string& pdf, int page) {
     return run("mutool show -b '" + pdf + "' pages/" + std::to_string(page) + "/Contents").output;
 }
 
-std::string textOf(const std::string& pdf) { return run("pdftotext -layout -enc UTF-8 '" + pdf + "' -").output; }
+std::string textOf(const std::string& pdf) {
+    return run("pdftotext -layout -enc UTF-8 '" + pdf + "' -").output;
+}
 
 bool Pixel::isLike(Pixel other, int tolerance) const {
     return std::abs(red - other.red) <= tolerance && std::abs(green - other.green) <= tolerance &&
@@ -77,7 +82,8 @@ bool Pixel::isLike(Pixel other, int tolerance) const {
 }
 
 Picture::Picture(const std::string& pdf, int page) {
-    const std::string command = "mutool draw -q -A 0 -r 72 -F ppm -o - '" + pdf + "' " + std::to_string(page) + " 2>/dev/null";
+    const std::string command =
+        "mutool draw -q -A 0 -r 72 -F ppm -o - '" + pdf + "' " + std::to_string(page) + " 2>/dev/null";
     FILE* pipe = popen(command.c_str(), "r");
     std::string bytes;
     char buffer[65536];
@@ -177,8 +183,8 @@ std::shared_ptr<LayoutParagraph> paragraphOf(const FontFace& face, double size, 
         for (char16_t c : from.text) {
             PlacedGlyph glyph;
             glyph.glyph = face.glyphForCharacter(c);
-            glyph.advance = static_cast<float>(face.glyphAdvance(glyph.glyph) * size / 1000 +
-                                               (c == u' ' ? from.wordSpacing : 0));
+            glyph.advance =
+                static_cast<float>(face.glyphAdvance(glyph.glyph) * size / 1000 + (c == u' ' ? from.wordSpacing : 0));
             glyph.textStart = static_cast<uint32_t>(paragraph->text.size());
             glyph.textLength = 1;
             glyphRun.glyphs.push_back(glyph);

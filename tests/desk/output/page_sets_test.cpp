@@ -22,7 +22,9 @@ size_t count(const std::string& text, const std::string& part) {
     return found;
 }
 
-const FontFace& serif() { return fonts().face("Liberation Serif", "Regular"); }
+const FontFace& serif() {
+    return fonts().face("Liberation Serif", "Regular");
+}
 
 /// A shape whose content is long enough to be worth a form.
 void addBackground(TestDocument& test) {
@@ -174,13 +176,15 @@ TEST_F(PageSets, ChangedTextIsWrittenAndUnchangedParagraphsReadTheSame) {
     });
     expectNoComplaints();
     for (int set = 0; set < 6; ++set) {
-        const std::string text = run("pdftotext -f " + std::to_string(set + 1) + " -l " + std::to_string(set + 1) +
-                                     " '" + path + "' -").output;
+        const std::string text =
+            run("pdftotext -f " + std::to_string(set + 1) + " -l " + std::to_string(set + 1) + " '" + path + "' -")
+                .output;
         const std::string name = std::string("Record number ") + static_cast<char>('A' + set);
         EXPECT_EQ(count(text, name), static_cast<size_t>(set % 3 + 1)) << text;
         EXPECT_THAT(text, HasSubstr("This paragraph is the same on every page,\nword for word."));
-        const std::string boxes = run("pdftotext -bbox -f " + std::to_string(set + 1) + " -l " + std::to_string(set + 1) +
-                                      " '" + path + "' -").output;
+        const std::string boxes = run("pdftotext -bbox -f " + std::to_string(set + 1) + " -l " +
+                                      std::to_string(set + 1) + " '" + path + "' -")
+                                      .output;
         // The line above ends at a baseline of 20 and 9.6 for each line.
         const size_t yours = boxes.find(">Yours<");
         ASSERT_NE(yours, std::string::npos);
@@ -201,7 +205,8 @@ TEST_F(PageSets, SharingChangesNothingThatIsSeen) {
     addBackground(test);
     std::vector<std::shared_ptr<LayoutParagraph>> paragraphs;
     for (int i = 0; i < 4; ++i)
-        paragraphs.push_back(paragraphOf(serif(), 7 + i, {{std::u16string(static_cast<size_t>(5 + i), static_cast<char16_t>(u'a' + i)), i * 0.5}}));
+        paragraphs.push_back(paragraphOf(
+            serif(), 7 + i, {{std::u16string(static_cast<size_t>(5 + i), static_cast<char16_t>(u'a' + i)), i * 0.5}}));
     constexpr int sets = 40;
     std::vector<std::string> alone;
     DocumentWriter together(test.document, test.texts, folder / "together.pdf", {});
@@ -243,7 +248,9 @@ TEST_F(PageSets, TheSameInputGivesTheSameBytesInWhateverThread) {
     const auto fixed = paragraphOf(serif(), 8, {{u"always"}});
     std::vector<std::shared_ptr<FrameLayout>> layouts;
     for (int i = 0; i < 300; ++i)
-        layouts.push_back(layoutOf({paragraphOf(serif(), 8, {{u"page " + std::u16string(1, static_cast<char16_t>(u'!' + i % 90))}}), fixed}, {10, 70}, 9));
+        layouts.push_back(layoutOf(
+            {paragraphOf(serif(), 8, {{u"page " + std::u16string(1, static_cast<char16_t>(u'!' + i % 90))}}), fixed},
+            {10, 70}, 9));
     const auto change = [&](int set) { test.texts.layouts[frame.uid] = layouts[static_cast<size_t>(set)]; };
     PdfOptions inPlace;
     inPlace.inBackground = false;

@@ -22,7 +22,9 @@ size_t count(const std::string& text, const std::string& part) {
     return found;
 }
 
-PathPoint corner(double x, double y) { return {{x, y}, {x, y}, {x, y}}; }
+PathPoint corner(double x, double y) {
+    return {{x, y}, {x, y}, {x, y}};
+}
 
 class Page : public ::testing::Test {
   protected:
@@ -318,8 +320,8 @@ TEST_F(Page, SpotColoursAreSeparationsWrittenOnce) {
     EXPECT_EQ(count(objects, "/HOUSE#20286#20C"), 1u);
     EXPECT_EQ(count(objects, "/Separation"), 2u);
     EXPECT_THAT(objects, HasSubstr("/All"));
-    const Outcome plates = run("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=tiffsep -r36 -sOutputFile='" + (folder / "s.tif") +
-                               "' '" + path + "'");
+    const Outcome plates = run("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=tiffsep -r36 -sOutputFile='" +
+                               (folder / "s.tif") + "' '" + path + "'");
     EXPECT_EQ(plates.status, 0) << plates.output;
     EXPECT_TRUE(std::filesystem::exists(folder / "s(HOUSE 286 C).tif")) << "Ghostscript finds the separation";
 }
@@ -434,7 +436,8 @@ TEST_F(Page, OverprintIsSwitchedOnForTheItemAlone) {
     stroked.attributes.strokeColor = "Color/Black";
     stroked.attributes.overprintStroke = true;
     write();
-    EXPECT_EQ(content(), "q\n/G1 gs\n0 0 0 1 k\n0 90 10 10 re\nf\nQ\nq\n/G2 gs\n1 w 4 M\n0 0 0 1 K\n20 90 10 10 re\nS\nQ\n");
+    EXPECT_EQ(content(),
+              "q\n/G1 gs\n0 0 0 1 k\n0 90 10 10 re\nf\nQ\nq\n/G2 gs\n1 w 4 M\n0 0 0 1 K\n20 90 10 10 re\nS\nQ\n");
     EXPECT_THAT(decoded(path), HasSubstr("/OPM 1"));
 }
 
@@ -530,8 +533,9 @@ TEST_F(Page, RefusesAPageWithoutAreaOrThatIsNone) {
     };
     test.page->name = "iv";
     test.page->bounds = {0, 0, 0, 100};
-    EXPECT_EQ(message(test.page->uid), "Page \"iv\" of the document \"test.idml\" has no usable size. Give it a width and "
-                                       "a height of at most 200 inches.");
+    EXPECT_EQ(message(test.page->uid),
+              "Page \"iv\" of the document \"test.idml\" has no usable size. Give it a width and "
+              "a height of at most 200 inches.");
     test.page->bounds = {0, 0, std::nan(""), 100};
     EXPECT_THAT(message(test.page->uid), HasSubstr("no usable size"));
     EXPECT_EQ(message(99999), "The document \"test.idml\" has no such page.");

@@ -22,7 +22,9 @@ size_t count(const std::string& text, const std::string& part) {
     return found;
 }
 
-const FontFace& serif() { return fonts().face("Liberation Serif", "Regular"); }
+const FontFace& serif() {
+    return fonts().face("Liberation Serif", "Regular");
+}
 
 /// A character and its place, points from the left top corner of the page.
 struct PlacedCharacter {
@@ -65,7 +67,8 @@ TEST_F(Text, IsShownByItsAsciiCodesAndFound) {
     EXPECT_EQ(content(), "BT\n10 70 Td\n0 0 0 1 k\n/F1 12 Tf\n (Dear Ms Miller,)Tj\n14 TL\nT*\n (welcome.)Tj\nET\n");
     EXPECT_EQ(textOf(path).substr(0, 26), "Dear Ms Miller,\nwelcome.\n\f") << textOf(path);
     const std::string list = run("pdffonts '" + path + "'").output;
-    EXPECT_TRUE(std::regex_search(list, std::regex("[A-Z]{6}\\+LiberationSerif +CID TrueType +Custom +yes yes yes"))) << list;
+    EXPECT_TRUE(std::regex_search(list, std::regex("[A-Z]{6}\\+LiberationSerif +CID TrueType +Custom +yes yes yes")))
+        << list;
 }
 
 TEST_F(Text, EveryGlyphStandsWhereTheLayoutPutsIt) {
@@ -128,8 +131,10 @@ TEST_F(Text, ScalingWidensGlyphsAndSpacing) {
     write();
     EXPECT_THAT(content(), HasSubstr("64 Tz\n4.688 Tw\n/F1 12.5 Tf\n (ab cd)Tj\n0 Tw\n100 Tz\n"));
     const std::vector<PlacedCharacter> found = charactersOf(path, 1);
-    EXPECT_NEAR(found[4].x, 10 + glyphs.glyphs[0].advance + glyphs.glyphs[1].advance + glyphs.glyphs[2].advance +
-                                glyphs.glyphs[3].advance, 0.02);
+    EXPECT_NEAR(
+        found[4].x,
+        10 + glyphs.glyphs[0].advance + glyphs.glyphs[1].advance + glyphs.glyphs[2].advance + glyphs.glyphs[3].advance,
+        0.02);
 }
 
 TEST_F(Text, RaisedGlyphsAndMarksStandAboveTheBaseline) {
@@ -201,7 +206,8 @@ TEST_F(Text, ParagraphsWithoutGlyphsLeaveTheOthersInPlace) {
     auto empty = std::make_shared<LayoutParagraph>();
     empty->serial = 5;
     empty->lines.resize(1);
-    show(layoutOf({empty, paragraphOf(serif(), 10, {{u"a"}}), empty, paragraphOf(serif(), 10, {{u""}, {u"b"}})}, {10, 20}, 10));
+    show(layoutOf({empty, paragraphOf(serif(), 10, {{u"a"}}), empty, paragraphOf(serif(), 10, {{u""}, {u"b"}})},
+                  {10, 20}, 10));
     const std::vector<PlacedCharacter> found = charactersOf(write(), 1);
     ASSERT_GE(found.size(), 2u);
     EXPECT_NEAR(found[0].y, 30, 0.01);
@@ -296,7 +302,8 @@ TEST_F(Text, LigaturesCopyAsTheirCharactersAndMarksAsNothing) {
     glyphs.glyphs[0].textLength = 2;
     glyphs.glyphs.erase(glyphs.glyphs.begin() + 1);
     PlacedGlyph mark = glyphs.glyphs.back();
-    mark.glyph = serif().glyphForCharacter(0x0301) ? serif().glyphForCharacter(0x0301) : serif().glyphForCharacter(0xB4);
+    mark.glyph =
+        serif().glyphForCharacter(0x0301) ? serif().glyphForCharacter(0x0301) : serif().glyphForCharacter(0xB4);
     mark.textStart = 3;
     mark.textLength = 0;
     glyphs.glyphs.push_back(mark);
@@ -333,8 +340,11 @@ TEST_F(Text, ColoursStrokesAndOverprintFollowTheRuns) {
     show(layoutOf({paragraph}, {10, 60}, 15));
     write();
     const std::string text = content();
-    EXPECT_THAT(text, HasSubstr("1 0 0 rg\n/F1 40 Tf\n (H)Tj\n2 Tr\n1 .5 .5 rg\n0 0 1 RG\n3 w\n/G1 gs\n (H)Tj\n1 Tr\n1 w\n/G2 gs\n (H)Tj\n"
-                                "3 Tr\n (H)Tj\n0 Tr\n"));
+    EXPECT_THAT(
+        text,
+        HasSubstr(
+            "1 0 0 rg\n/F1 40 Tf\n (H)Tj\n2 Tr\n1 .5 .5 rg\n0 0 1 RG\n3 w\n/G1 gs\n (H)Tj\n1 Tr\n1 w\n/G2 gs\n (H)Tj\n"
+            "3 Tr\n (H)Tj\n0 Tr\n"));
     const Picture picture(path, 1);
     EXPECT_TRUE(picture.at(15, 45).isLike({255, 0, 0}, 40));
 }
@@ -356,7 +366,8 @@ TEST_F(Text, GradientsPaintTextOverItsFrame) {
 
 TEST_F(Text, RulesLieUnderTheTextWhenBelowTheBaselineElseOver) {
     auto paragraph = paragraphOf(serif(), 40, {{u"HHHH"}});
-    paragraph->lines[0].rules = {{0, 100, 5, 4, "Color/Red", -1}, {0, 100, -12, 4, "Color/Blue", -1}, {0, 100, 3, 0, "Color/Red", -1}};
+    paragraph->lines[0].rules = {
+        {0, 100, 5, 4, "Color/Red", -1}, {0, 100, -12, 4, "Color/Blue", -1}, {0, 100, 3, 0, "Color/Red", -1}};
     show(layoutOf({paragraph}, {10, 60}, 15));
     const Picture picture(write(), 1);
     EXPECT_EQ(picture.at(50, 65), (Pixel{255, 0, 0}));
@@ -440,7 +451,9 @@ class FontsThatMayNot : public FontFace {
     double glyphAdvance(uint32_t glyph) const override { return like_.glyphAdvance(glyph); }
     uint32_t glyphForCharacter(uint32_t c) const override { return like_.glyphForCharacter(c); }
     void shape(const ShapingRequest&, std::vector<ShapedGlyph>&) const override {}
-    FontSubset subset(const std::vector<uint32_t>&) const override { throw std::runtime_error("the glyf table is cut off"); }
+    FontSubset subset(const std::vector<uint32_t>&) const override {
+        throw std::runtime_error("the glyf table is cut off");
+    }
     uint32_t index() const override { return 999; }
     bool allowed = true;
 
@@ -460,10 +473,12 @@ TEST_F(Text, AFontThatCannotOrMayNotBeEmbeddedIsNamed) {
         }
         return "written";
     };
-    EXPECT_EQ(message(), "The font \"Sealed Regular\" can't be embedded: the glyf table is cut off. Use another font in the "
-                         "document.");
+    EXPECT_EQ(message(),
+              "The font \"Sealed Regular\" can't be embedded: the glyf table is cut off. Use another font in the "
+              "document.");
     face.allowed = false;
-    EXPECT_EQ(message(), "The maker of the font \"Sealed Regular\" forbids embedding it. Use another font in the document.");
+    EXPECT_EQ(message(),
+              "The maker of the font \"Sealed Regular\" forbids embedding it. Use another font in the document.");
     EXPECT_TRUE(folder.names().empty());
 }
 
@@ -471,7 +486,8 @@ TEST_F(Text, FontsWithPostScriptOutlinesAreEmbeddedToo) {
     FontLibrary library;
     library.addFolder(std::string(VORNASET_SHARED_DIR) + "/samples");
     int tried = 0;
-    for (const char* family : {"Minion Pro", "Source Serif Pro", "Source Sans Pro", "C059", "Latin Modern Roman", "STIX"}) {
+    for (const char* family :
+         {"Minion Pro", "Source Serif Pro", "Source Sans Pro", "C059", "Latin Modern Roman", "STIX"}) {
         if (!library.hasFamily(family)) continue;
         const FontFace& face = library.face(family, "Regular");
         if (face.outlineFormat() != OutlineFormat::CFF) continue;

@@ -54,7 +54,8 @@ TEST(PdfFile, EveryReaderReadsTheTreeWhateverTheNumberOfPages) {
         writePages(path, count, Writing::InBackground);
         EXPECT_EQ(complaintsOfReaders(path), "") << count;
         EXPECT_EQ(run("qpdf --show-npages " + path).output, std::to_string(count) + "\n");
-        const std::string info = run("pdfinfo -f " + std::to_string(count) + " -l " + std::to_string(count) + " " + path).output;
+        const std::string info =
+            run("pdfinfo -f " + std::to_string(count) + " -l " + std::to_string(count) + " " + path).output;
         EXPECT_THAT(info, HasSubstr(std::to_string(100 + count) + " x 50 pts")) << "the last page is the last written";
     }
 }
@@ -119,7 +120,8 @@ TEST(PdfFile, LargeAndIncompressibleStreamsComeBackWhole) {
     {
         PdfFile file(path, 6, Writing::InBackground);
         PageTree tree(file);
-        const ObjectNumber root = tree.finish(), catalog = file.allocate(), first = file.allocate(), second = file.allocate();
+        const ObjectNumber root = tree.finish(), catalog = file.allocate(), first = file.allocate(),
+                           second = file.allocate();
         file.writeStream(first, "/Kind/Noise", noise);
         file.writeStream(second, "", std::string(2000000, 'a'));
         file.writeObject(catalog, "<</Type/Catalog/Pages " + std::to_string(root) + " 0 R/A " + std::to_string(first) +
@@ -208,12 +210,15 @@ TEST(PdfFile, SaysWhatIsWrongWithThePlace) {
         return messageOf([&] { PdfFile file(path, 6, Writing::InPlace); });
     };
     EXPECT_EQ(message(folder / "none/out.pdf"), "The folder \"" + folder.path() + "/none\" of the output \"" +
-                                                    folder.path() + "/none/out.pdf\" does not exist. Make it or choose "
+                                                    folder.path() +
+                                                    "/none/out.pdf\" does not exist. Make it or choose "
                                                     "another folder.");
-    EXPECT_EQ(message(folder.path()), "The output \"" + folder.path() + "\" is a folder. Give the PDF a file name in it.");
+    EXPECT_EQ(message(folder.path()),
+              "The output \"" + folder.path() + "\" is a folder. Give the PDF a file name in it.");
     EXPECT_EQ(message("/dev/null"), "The output \"/dev/null\" is not an ordinary file. Choose another file name.");
     EXPECT_EQ(message(""), "The output has no name. Give the PDF a file name.");
-    EXPECT_THAT(message("/proc/out.pdf"), HasSubstr("The folder \"/proc\" of the output \"/proc/out.pdf\" can't be written"));
+    EXPECT_THAT(message("/proc/out.pdf"),
+                HasSubstr("The folder \"/proc\" of the output \"/proc/out.pdf\" can't be written"));
     EXPECT_EQ(message(folder / std::string(250, 'n')), "nothing was thrown") << "the temporary name is cut to fit";
 }
 
@@ -241,8 +246,9 @@ TEST(PdfFile, AFullDiskIsOneClearSentenceAndLeavesNothing) {
     for (Writing writing : {Writing::InPlace, Writing::InBackground}) {
         const ScratchFolder folder;
         EXPECT_EQ(messageWithALimit(folder, writing, true),
-                  "The output \"" + folder.path() + "/out.pdf\" can't be written: it grows beyond the size that a file may "
-                  "have here. Raise the limit or export fewer records at a time.");
+                  "The output \"" + folder.path() +
+                      "/out.pdf\" can't be written: it grows beyond the size that a file may "
+                      "have here. Raise the limit or export fewer records at a time.");
         EXPECT_THAT(folder.names(), ElementsAre("message"));
     }
 }
