@@ -9,12 +9,13 @@
 
 namespace desk {
 
-/// A place in a word where a hyphen may be put. The limits of a paragraph are the caller's to apply: the counts are here.
+/// A place in a word where a hyphen may be put. The limits of a paragraph are the caller's to apply: the counts are
+/// here.
 struct HyphenPoint {
-    uint16_t offset = 0;         ///< UTF-16 units of the text before it
-    uint8_t lettersBefore = 0;   ///< of the word that holds the point; counts end at 255
+    uint16_t offset = 0;        ///< UTF-16 units of the text before it
+    uint8_t lettersBefore = 0;  ///< of the word that holds the point; counts end at 255
     uint8_t lettersAfter = 0;
-    bool capitalized = false;    ///< the word begins with a capital
+    bool capitalized = false;  ///< the word begins with a capital
 };
 
 class Hyphenator {

@@ -17,6 +17,9 @@ constexpr size_t longestPattern = 200;
 /// Distances beyond the longest word are as good as this one.
 constexpr size_t largestDistance = 200;
 
+/// As much of a file as is decoded at once: few enough bytes to stay in the processor's cache.
+constexpr size_t block = 1u << 16;
+
 constexpr uint64_t nodeBits = 24;
 constexpr uint64_t nodeMask = (1u << nodeBits) - 1;
 constexpr size_t patternHead = 4;
@@ -82,18 +85,26 @@ PatternTable::PatternTable() : firstValue_(1, 0), values_(1, 0) {
 }
 
 void PatternTable::reserve(size_t units) {
-    // Patterns share about three quarters of their units with others.
+    // A quarter of the units are letters that no earlier pattern has in this place; the rest are shared letters and
+    // digits.
     const unsigned bits = static_cast<unsigned>(std::bit_width(units / 4));
-    if (bits > 64 - shift_) grow(bits);
+    if (size_t{1} << bits > slots_.size()) grow(bits);
+    firstValue_.reserve(units / 3);
+    values_.reserve(units);
+}
+
+/// Nodes made one after the other have their slots side by side, a row for each letter: reading stays in the cache.
+size_t PatternTable::slotOf(uint64_t key) const {
+    const uint64_t node = key >> 16, unit = key & 0xFFFF;
+    return (node * 2 + unit * 0x9E3779B1u) & (slots_.size() - 1);
 }
 
 void PatternTable::grow(unsigned bits) {
     std::vector<uint64_t> old(size_t{1} << bits, 0);
     old.swap(slots_);
-    shift_ = 64 - bits;
     for (const uint64_t entry : old) {
         if (!entry) continue;
-        size_t at = (entry >> nodeBits) * 0x9E3779B97F4A7C15u >> shift_;
+        size_t at = slotOf(entry >> nodeBits);
         while (slots_[at]) at = (at + 1) & (slots_.size() - 1);
         slots_[at] = entry;
     }
@@ -101,7 +112,7 @@ void PatternTable::grow(unsigned bits) {
 
 uint32_t PatternTable::child(uint32_t node, char16_t unit) const {
     const uint64_t key = uint64_t{node} << 16 | unit;
-    for (size_t at = key * 0x9E3779B97F4A7C15u >> shift_;; at = (at + 1) & (slots_.size() - 1)) {
+    for (size_t at = slotOf(key);; at = (at + 1) & (slots_.size() - 1)) {
         const uint64_t entry = slots_[at];
         if (!entry) return 0;
         if (entry >> nodeBits == key) return static_cast<uint32_t>(entry & nodeMask);
@@ -109,15 +120,26 @@ uint32_t PatternTable::child(uint32_t node, char16_t unit) const {
 }
 
 uint32_t PatternTable::childMade(uint32_t node, char16_t unit) {
-    if (firstValue_.size() * 3 > slots_.size() * 2) grow(64 - shift_ + 1);
+    if (firstValue_.size() * 3 > slots_.size() * 2) grow(static_cast<unsigned>(std::bit_width(slots_.size())));
     const uint64_t key = uint64_t{node} << 16 | unit;
-    size_t at = key * 0x9E3779B97F4A7C15u >> shift_;
+    size_t at = slotOf(key);
     for (; slots_[at]; at = (at + 1) & (slots_.size() - 1))
         if (slots_[at] >> nodeBits == key) return static_cast<uint32_t>(slots_[at] & nodeMask);
     const uint64_t made = firstValue_.size();
     slots_[at] = key << nodeBits | made;
     firstValue_.push_back(0);
     return static_cast<uint32_t>(made);
+}
+
+/// The node of letters_. Files are sorted more or less, so that the way to the last node is mostly the way to this one.
+uint32_t PatternTable::nodeMade() {
+    const auto [differs, ignored] =
+        std::mismatch(letters_.begin(), letters_.end(), wayLetters_.begin(), wayLetters_.end());
+    wayNodes_.resize(static_cast<size_t>(differs - letters_.begin()) + 1);
+    for (auto letter = differs; letter != letters_.end(); ++letter)
+        wayNodes_.push_back(childMade(wayNodes_.back(), *letter));
+    wayLetters_ = letters_;
+    return wayNodes_.back();
 }
 
 void PatternTable::add(std::u16string_view pattern) {
@@ -135,8 +157,7 @@ void PatternTable::add(std::u16string_view pattern) {
     }
     if (letters_.empty() || letters_.size() > longestPattern) return;
     if (firstValue_.size() + letters_.size() > nodeMask) return;
-    uint32_t node = 0;
-    for (const char16_t c : letters_) node = childMade(node, c);
+    const uint32_t node = nodeMade();
     firstValue_[node] = 0;
     // The values before the first that says something aren't kept; a pattern of none only hides shorter ones.
     const auto first = std::find_if(digits_.begin(), digits_.end(), [](uint8_t digit) { return digit != 0; });
@@ -208,11 +229,6 @@ size_t PatternTable::size() const {
            values_.capacity() + changes_.capacity() * sizeof(Change);
 }
 
-void PatternTable::finish() {
-    firstValue_.shrink_to_fit();
-    values_.shrink_to_fit();
-}
-
 std::unique_ptr<HyphenationPatterns> HyphenationPatterns::load(const std::string& path) {
     // A pipe or a device under this name would never end.
     std::error_code error;
@@ -231,37 +247,46 @@ std::unique_ptr<HyphenationPatterns> HyphenationPatterns::read(std::string_view 
     const std::string_view firstLine = file.substr(0, file.find_first_of("\r\n"));
     std::unique_ptr<HyphenationPatterns> patterns(new HyphenationPatterns);
     patterns->characterSet_ = firstLine.substr(0, firstLine.find_last_not_of(" \t") + 1);
+    file.remove_prefix(firstLine.size());
+    patterns->compounds_.reserve(file.size());
     std::u16string text;
-    if (!unicode::decode(file.substr(firstLine.size()), patterns->characterSet_, text)) return nullptr;
-    patterns->readLines(text);
+    for (Level level = Level::Compounds; level != Level::End;) {
+        const size_t lines = std::min(file.find('\n', std::min(file.size(), block)), file.size());
+        if (!unicode::decode(file.substr(0, lines), patterns->characterSet_, text)) return nullptr;
+        file.remove_prefix(lines);
+        patterns->readLines(text, level, file.size());
+        if (file.empty()) break;
+    }
+    patterns->complete();
     return patterns;
 }
 
-void HyphenationPatterns::readLines(std::u16string_view text) {
-    PatternTable* table = &compounds_;
-    table->reserve(text.size());
-    while (!text.empty()) {
+/// Takes in lines of the level, which they may end. `left` are the bytes of the file behind them.
+void HyphenationPatterns::readLines(std::u16string_view text, Level& level, size_t left) {
+    while (!text.empty() && level != Level::End) {
         const std::u16string_view line = takeUntil(text, u'\n');
         if (line.starts_with(u"NEXTLEVEL")) {
-            if (table == &syllables_) break;
-            table = &syllables_;
-            table->reserve(text.size());
+            hasLevels_ = true;
+            level = level == Level::Compounds ? Level::Syllables : Level::End;
+            syllables_.reserve(text.size() + left);
         } else if (!line.empty() && line.front() != u'%' && line.front() != u'#') {
             // The first level's options hold for the whole file.
             Distances ignored;
             std::vector<std::u16string> ignoredList;
-            const bool first = table == &compounds_;
-            if (!readOption(line, first ? distances_ : ignored, first ? unhyphenated_ : ignoredList)) table->add(line);
+            const bool first = level == Level::Compounds;
+            if (!readOption(line, first ? distances_ : ignored, first ? unhyphenated_ : ignoredList))
+                (first ? compounds_ : syllables_).add(line);
         }
     }
-    if (table == &compounds_) {
+}
+
+void HyphenationPatterns::complete() {
+    if (!hasLevels_) {
         std::swap(compounds_, syllables_);
         addDefaultCompounds();
     }
     if (!distances_.left) distances_.left = 2;
     if (!distances_.right) distances_.right = 2;
-    compounds_.finish();
-    syllables_.finish();
 }
 
 bool HyphenationPatterns::readOption(std::u16string_view line, Distances& distances,

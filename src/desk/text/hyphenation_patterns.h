@@ -28,8 +28,6 @@ class PatternTable {
     /// A pattern: letters with digits between them, a dot for a border of the word, and perhaps
     /// "/change,start,length" for a hyphen that changes the spelling. One of the same letters replaces an earlier one.
     void add(std::u16string_view pattern);
-    /// After the last pattern: gives back room that isn't used.
-    void finish();
 
     /// Raises the scores of a word; scores[i] is the place after word[i]. The place after the last unit is never
     /// scored.
@@ -47,19 +45,22 @@ class PatternTable {
         size_t start = 0, end = 0;  ///< a hyphen with so many of them before it, or between, changes the spelling
     };
 
+    size_t slotOf(uint64_t key) const;
     uint32_t child(uint32_t node, char16_t unit) const;
     uint32_t childMade(uint32_t node, char16_t unit);
+    uint32_t nodeMade();
     void grow(unsigned bits);
     uint32_t addChange(std::u16string_view text);
     void raise(size_t at, size_t end, size_t places, HyphenScore* scores) const;
 
-    std::vector<uint64_t> slots_;  ///< open addressing: parent (24 bits), unit (16), child (24); 0 is free
-    unsigned shift_ = 0;
+    std::vector<uint64_t> slots_;       ///< open addressing: parent (24 bits), unit (16), child (24); 0 is free
     std::vector<uint32_t> firstValue_;  ///< by node: where its pattern stands in values_, 0 for none
     std::vector<uint8_t> values_;       ///< a pattern: count, number of change (3 bytes), values up to its last letter
     std::vector<Change> changes_;
-    std::u16string letters_;  ///< scratch of add()
+    std::u16string letters_;  ///< scratch of add(), as what follows
     std::vector<uint8_t> digits_;
+    std::u16string wayLetters_;
+    std::vector<uint32_t> wayNodes_ = {0};
 };
 
 /// One dictionary file: two levels of patterns and the distances to keep. The first level cuts a word into the words it
@@ -83,12 +84,14 @@ class HyphenationPatterns {
 
   private:
     enum class Border : uint8_t { Word, Compound };
+    enum class Level : uint8_t { Compounds, Syllables, End };
     struct Distances {
         size_t left = 0, right = 0, compoundLeft = 0, compoundRight = 0;  ///< in characters
     };
 
     HyphenationPatterns() = default;
-    void readLines(std::u16string_view text);
+    void readLines(std::u16string_view text, Level& level, size_t left);
+    void complete();
     static bool readOption(std::u16string_view line, Distances& distances, std::vector<std::u16string>& unhyphenated);
     void addDefaultCompounds();
     void findInPart(std::u16string_view part, Border left, Border right, size_t start, size_t places);
@@ -97,6 +100,7 @@ class HyphenationPatterns {
 
     std::string characterSet_;
     PatternTable compounds_, syllables_;
+    bool hasLevels_ = false;
     Distances distances_;
     std::vector<std::u16string> unhyphenated_;  ///< no hyphen before and after these
     std::vector<HyphenScore> scores_;           ///< a stack: each part's stand above those of the part it is cut from
