@@ -16,8 +16,8 @@ namespace desk {
 /// Where the hyphenation dictionaries are, and how much is remembered.
 struct ComposerOptions {
     std::string hyphenationFolder = "/usr/share/hyphen";
-    size_t rememberedWords = 1u << 13;
-    size_t rememberedParagraphs = 1u << 9;
+    size_t rememberedWords = 1u << 12;
+    size_t rememberedParagraphs = 1u << 8;
 };
 
 class Composer {
