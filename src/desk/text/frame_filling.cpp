@@ -163,14 +163,23 @@ FrameFiller::Attempt FrameFiller::tryLines(const ParagraphSource& source, const 
 /// Sets the paragraph for the column it starts in; where lines come to stand in other rooms, sets it again for these.
 FrameFiller::Attempt FrameFiller::placeParagraph(uint32_t index, std::shared_ptr<const LayoutParagraph>& paragraph) {
     constexpr int mostAttempts = 400;
-    ParagraphSource& source = sequence_.source(index, columns_[cursor_.column]);
+    uint32_t home = cursor_.column;
+    ParagraphSource& source = sequence_.source(index, columns_[home]);
     const ResolvedAttributes& attributes = sequence_.attributes(index);
     source.spans.assign(1, {0, columns_[cursor_.column].area.width()});
     for (int number = 1;; ++number) {
         paragraph = paragraphs_.find(source);
         const SpanCheck check = number < mostAttempts ? SpanCheck::Strict : SpanCheck::Ignored;
         Attempt attempt = tryLines(source, *paragraph, attributes, cursor_, check);
-        if (attempt.mismatch < 0) return attempt;
+        if (attempt.mismatch < 0) {
+            // It starts in a later frame: page numbers and the side of the spine are that one's.
+            const bool elsewhere = !attempt.lines.empty() && columns_[attempt.lines.front().column].frameIndex !=
+                                                                 columns_[home].frameIndex;
+            if (!elsewhere || number >= mostAttempts) return attempt;
+            home = attempt.lines.front().column;
+            sequence_.source(index, columns_[home]);
+            continue;
+        }
         const size_t line = static_cast<size_t>(attempt.mismatch);
         while (source.spans.size() < line) source.spans.push_back(source.spans.back());
         source.spans.resize(line);

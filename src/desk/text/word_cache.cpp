@@ -23,6 +23,9 @@ bool hasNoOpportunity(std::u16string_view text) {
     return std::all_of(text.begin(), text.begin() + static_cast<ptrdiff_t>(end), isPlainLatin);
 }
 
+/// Says where a line may end and shows nothing: no glyph stands for it, so that it isn't copied out of a PDF.
+bool marksABreak(char16_t c) { return c == softHyphen || c == 0x200B; }
+
 bool isControl(char16_t c) { return c < 0x20; }
 
 }  // namespace
@@ -144,7 +147,9 @@ void WordCache::finishClusters(Word& word) {
         while (end < count && glyphAt(end).cluster == glyphAt(index).cluster) ++end;
         WordGlyph& leftmost = word.rightToLeft ? glyphAt(index) : glyphAt(end - 1);
         WordGlyph& rightmost = word.rightToLeft ? glyphAt(end - 1) : glyphAt(index);
-        leftmost.length = behind > leftmost.cluster ? static_cast<uint16_t>(behind - leftmost.cluster) : 0;
+        uint16_t textEnd = behind;
+        while (textEnd > leftmost.cluster + 1 && marksABreak(word.text[textEnd - 1u])) --textEnd;
+        leftmost.length = textEnd > leftmost.cluster ? static_cast<uint16_t>(textEnd - leftmost.cluster) : 0;
         rightmost.endsCluster = true;
         behind = std::min(behind, leftmost.cluster);
         ++word.clusters;
