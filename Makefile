@@ -4,7 +4,7 @@ BUILD := build
 JOBS := $(shell nproc)
 CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=Release
 
-.PHONY: help demo build test sanitize lint fuzz bench packages clean
+.PHONY: help demo configure build test sanitize lint fuzz bench packages clean
 
 help:
 	@sed -n 's/^## //p' $(MAKEFILE_LIST)
@@ -12,18 +12,21 @@ help:
 packages:
 	@tools/install_packages.sh
 
+configure: packages
+	@mkdir -p $(BUILD)
+	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >$(BUILD)/configure.log 2>&1 || { cat $(BUILD)/configure.log; exit 1; }
+
 ## make build     the program at build/vornaset
-build: packages
-	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >$(BUILD)-configure.log 2>&1 || { cat $(BUILD)-configure.log; exit 1; }
-	@rm -f $(BUILD)-configure.log
-	@cmake --build $(BUILD) -j $(JOBS)
+build: configure
+	@cmake --build $(BUILD) -j $(JOBS) --target vornaset
 
 ## make demo      the main job on samples/: 100 letters, and where they are
 demo: build
 	@tools/demo.sh $(BUILD)
 
 ## make test      every test
-test: build
+test: configure
+	@cmake --build $(BUILD) -j $(JOBS)
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 ## make sanitize  every test under AddressSanitizer and UndefinedBehaviorSanitizer
@@ -43,7 +46,8 @@ fuzz:
 	@tools/fuzz.sh
 
 ## make bench     hot paths, and whole jobs against a base
-bench: build
+bench: configure
+	@cmake --build $(BUILD) -j $(JOBS)
 	@tools/bench.sh $(BUILD)
 
 ## make clean     away with everything built
