@@ -1,5 +1,5 @@
-// The base of the letter benchmark: what this machine allows a single thread that does nothing but break lines greedily at
-// one width per character, write page contents in Times-Roman and compress them. No shaping, no styles, no template.
+// The base of the letter benchmark: what this machine allows a single thread that does nothing but break lines greedily
+// at one width per character, write page contents in Times-Roman and compress them. No shaping, no styles, no template.
 // usage: letter_floor ROWS.csv OUT.pdf [zlib level]
 
 #include <zlib.h>
@@ -13,24 +13,32 @@
 
 namespace {
 
-constexpr double measure = 467.7;   // points
+constexpr double measure = 467.7;  // points
 constexpr double pointSize = 11;
 constexpr double averageWidth = 0.43 * pointSize;
 
 const char* const paragraphs[] = {
     "vielen Dank fuer Ihr Vertrauen in unser Haus. Ihr Vertrag %s laeuft seit dem %s ohne jede Unterbrechung, und wir "
-    "freuen uns sehr, dass Sie uns auch in diesem Jahr die Treue halten. Mit diesem Schreiben erhalten Sie die jaehrliche "
-    "Abrechnung fuer die Lieferstelle in %s sowie einige wichtige Hinweise zu den Aenderungen, die zum kommenden Quartal "
+    "freuen uns sehr, dass Sie uns auch in diesem Jahr die Treue halten. Mit diesem Schreiben erhalten Sie die "
+    "jaehrliche "
+    "Abrechnung fuer die Lieferstelle in %s sowie einige wichtige Hinweise zu den Aenderungen, die zum kommenden "
+    "Quartal "
     "fuer alle Kundinnen und Kunden in Kraft treten werden.",
-    "Der Rechnungsbetrag belaeuft sich in diesem Jahr auf %s Euro und enthaelt die gesetzliche Mehrwertsteuer. Wir buchen "
-    "diesen Betrag wie gewohnt von dem uns bekannten Konto ab, sofern Sie uns eine gueltige Einzugsermaechtigung erteilt "
-    "haben. Andernfalls bitten wir Sie, den Betrag innerhalb von vierzehn Tagen nach Erhalt dieses Schreibens unter Angabe "
+    "Der Rechnungsbetrag belaeuft sich in diesem Jahr auf %s Euro und enthaelt die gesetzliche Mehrwertsteuer. Wir "
+    "buchen "
+    "diesen Betrag wie gewohnt von dem uns bekannten Konto ab, sofern Sie uns eine gueltige Einzugsermaechtigung "
+    "erteilt "
+    "haben. Andernfalls bitten wir Sie, den Betrag innerhalb von vierzehn Tagen nach Erhalt dieses Schreibens unter "
+    "Angabe "
     "der Vertragsnummer zu ueberweisen.",
-    "Ihr bisheriger Tarif %s wird unveraendert weitergefuehrt. Sollten Sie dennoch ueber einen Wechsel nachdenken, beraten "
+    "Ihr bisheriger Tarif %s wird unveraendert weitergefuehrt. Sollten Sie dennoch ueber einen Wechsel nachdenken, "
+    "beraten "
     "wir Sie gern persoenlich: Unsere Mitarbeiterinnen und Mitarbeiter sind von Montag bis Freitag zwischen acht und "
     "achtzehn Uhr fuer Sie da und nehmen sich ausreichend Zeit fuer alle Ihre Fragen.",
-    "Bitte pruefen Sie die Angaben zu Ihrer Anschrift und teilen Sie uns Aenderungen moeglichst frueh mit. Nur so koennen "
-    "wir sicherstellen, dass alle Unterlagen rechtzeitig und vollstaendig bei Ihnen eintreffen. Ausserdem moechten wir Sie "
+    "Bitte pruefen Sie die Angaben zu Ihrer Anschrift und teilen Sie uns Aenderungen moeglichst frueh mit. Nur so "
+    "koennen "
+    "wir sicherstellen, dass alle Unterlagen rechtzeitig und vollstaendig bei Ihnen eintreffen. Ausserdem moechten wir "
+    "Sie "
     "auf unser neues Angebot zur elektronischen Zustellung aufmerksam machen.",
     "Wir danken Ihnen nochmals fuer die gute Zusammenarbeit und freuen uns auf viele weitere Jahre mit Ihnen als "
     "geschaetztem Teil unserer Gemeinschaft."};
@@ -39,9 +47,12 @@ std::vector<std::string> split(const std::string& line) {
     std::vector<std::string> cells(1);
     bool quoted = false;
     for (char c : line) {
-        if (c == '"') quoted = !quoted;
-        else if (c == ',' && !quoted) cells.emplace_back();
-        else if (static_cast<unsigned char>(c) < 128) cells.back() += c;
+        if (c == '"')
+            quoted = !quoted;
+        else if (c == ',' && !quoted)
+            cells.emplace_back();
+        else if (static_cast<unsigned char>(c) < 128)
+            cells.back() += c;
     }
     cells.resize(14);
     return cells;
@@ -111,7 +122,10 @@ int main(int argumentCount, char** arguments) {
         std::fwrite(packed.data(), 1, size, out);
         std::fputs("\nendstream endobj\n", out);
         begin(number + 1);
-        std::fprintf(out, "<</Type/Page/Parent 2 0 R/MediaBox[0 0 595.28 841.89]/Resources<</Font<</F1 3 0 R>>>>/Contents %zu 0 R>>endobj\n", number);
+        std::fprintf(out,
+                     "<</Type/Page/Parent 2 0 R/MediaBox[0 0 595.28 841.89]/Resources<</Font<</F1 3 0 R>>>>/Contents "
+                     "%zu 0 R>>endobj\n",
+                     number);
         pages.push_back(static_cast<int>(number + 1));
     }
     begin(1);

@@ -45,10 +45,10 @@ class PlugInFailure : public std::runtime_error {
 /// A frame as a person asks for it.
 struct FrameInfo {
     Uid uid = 0;
-    std::string self;   ///< id in the template
-    std::string name;   ///< as a person named it; may be empty
-    int page = 0;       ///< from 1; 0 for a frame on no page
-    Rect bounds;        ///< points from the page's left top corner
+    std::string self;  ///< id in the template
+    std::string name;  ///< as a person named it; may be empty
+    int page = 0;      ///< from 1; 0 for a frame on no page
+    Rect bounds;       ///< points from the page's left top corner
     ItemKind kind = ItemKind::Rectangle;
     Uid story = 0;
 };
@@ -97,8 +97,8 @@ class Template {
     /// The document as plug-ins name it: its database and the UID of its root object.
     IDataBase* dataBase();
 
-    /// Runs an export: event 0, then for each page of each pass event 1 and the page, then event 4. The document stays as
-    /// the plug-ins left it. Throws InputError (output can't be written), PlugInFailure.
+    /// Runs an export: event 0, then for each page of each pass event 1 and the page, then event 4. The document stays
+    /// as the plug-ins left it. Throws InputError (output can't be written), PlugInFailure.
     ExportOutcome exportPdf(const ExportRequest& request);
 
     /// Every page item with a frame of its own, in page order, groups entered.
@@ -107,8 +107,8 @@ class Template {
     /// True when the story, as it stands, doesn't fit its frames.
     bool isOverset(Uid story);
 
-    /// Fonts that the text of the document asks for and the machine lacks, with what stands in. Looks at every style range
-    /// of every story.
+    /// Fonts that the text of the document asks for and the machine lacks, with what stands in. Looks at every style
+    /// range of every story.
     std::vector<MissingFont> missingFonts();
 
     /// Characters that no font of the machine has, met by composition so far, in UTF-8.

@@ -29,6 +29,11 @@ inline constexpr char16_t rightIndentTab = 0xE005;      ///< tab to the right in
 inline constexpr char16_t endNestedStyle = 0xE006;      ///< no width
 inline constexpr char16_t noteNumber = 0xE007;          ///< number of the footnote that holds it
 inline constexpr char16_t inlineObject = 0xFFFC;        ///< an owned item stands here
+
+/// Shows what depends on the page.
+inline bool dependsOnPage(char16_t c) {
+    return c >= pageNumber && c <= sectionMarker;
+}
 }  // namespace marker
 
 template <class Format>

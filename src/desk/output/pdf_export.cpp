@@ -9,7 +9,9 @@ namespace {
 class ComposedText : public TextSource {
   public:
     explicit ComposedText(Composer& composer) : composer_(composer) {}
-    std::shared_ptr<const FrameLayout> frameLayout(Uid frame, Uid) override { return composer_.frameLayout(frame); }
+    std::shared_ptr<const FrameLayout> frameLayout(Uid frame, Uid page) override {
+        return composer_.frameLayout(frame, page);
+    }
 
   private:
     Composer& composer_;

@@ -76,9 +76,13 @@ void Desk::loadPlugIn(const std::string& modulePath) {
     loadModule(path, static_cast<uint32_t>(state_->modules.size()));
 }
 
-void Desk::addFontFolder(const std::string& folder) { state_->fonts.addFolder(folder); }
+void Desk::addFontFolder(const std::string& folder) {
+    state_->fonts.addFolder(folder);
+}
 
-int64_t Desk::outstandingReferences() const { return state_->border.outstandingReferences(); }
+int64_t Desk::outstandingReferences() const {
+    return state_->border.outstandingReferences();
+}
 
 std::unique_ptr<Template> Desk::open(const std::string& path) {
     auto opened = std::unique_ptr<Template>(new Template());
@@ -97,19 +101,31 @@ std::unique_ptr<Template> Desk::open(const std::string& path) {
 Template::Template() : state_(std::make_unique<State>()) {}
 Template::~Template() = default;
 
-Document& Template::document() { return *state_->document; }
-const Document& Template::document() const { return *state_->document; }
-IDataBase* Template::dataBase() { return state_->dataBase; }
+Document& Template::document() {
+    return *state_->document;
+}
+const Document& Template::document() const {
+    return *state_->document;
+}
+IDataBase* Template::dataBase() {
+    return state_->dataBase;
+}
 
 ExportOutcome Template::exportPdf(const ExportRequest& request) {
     return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, request);
 }
 
-std::vector<FrameInfo> Template::frames() const { return listFrames(*state_->document); }
+std::vector<FrameInfo> Template::frames() const {
+    return listFrames(*state_->document);
+}
 
-bool Template::isOverset(Uid story) { return state_->composer->compose(story).overset; }
+bool Template::isOverset(Uid story) {
+    return state_->composer->compose(story).overset;
+}
 
-std::vector<MissingFont> Template::missingFonts() { return desk::missingFonts(*state_->document, state_->desk->fonts); }
+std::vector<MissingFont> Template::missingFonts() {
+    return desk::missingFonts(*state_->document, state_->desk->fonts);
+}
 
 std::string Template::missingCharacters() const {
     std::u16string text;

@@ -71,7 +71,8 @@ ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& doc
             events.page(static_cast<int32_t>(done));
             file.writePage(page);
             ++done;
-            if (request.progress && request.progress({done, total}) == ExportAnswer::Stop) return ExportOutcome::Stopped;
+            if (request.progress && request.progress({done, total}) == ExportAnswer::Stop)
+                return ExportOutcome::Stopped;
         }
     }
     events.end(static_cast<int32_t>(done));

@@ -9,8 +9,8 @@ namespace {
 
 using FontName = std::pair<std::string, std::string>;
 
-/// The fonts of one story's text, in text order, those already in `seen` left out. The terminal return shows nothing, so
-/// its format counts only in a story with nothing else.
+/// The fonts of one story's text, in text order, those already in `seen` left out. The terminal return shows nothing,
+/// so its format counts only in a story with nothing else.
 void collectFonts(const Document& document, const StoryContent& content, std::set<FontName>& seen,
                   std::vector<FontName>& inOrder) {
     const int32_t end = std::max(content.length() - 1, 1);

@@ -42,7 +42,8 @@ struct Composer::State {
           sequence(document) {}
 
     bool geometryChanged(const ComposedStory& story, Uid uid) const;
-    void findColumns(ComposedStory& story, Uid uid) const;
+    void findColumns(ComposedStory& story, Uid uid, Uid page) const;
+    bool showsPageOfDocument(const PageItem& frame) const;
     void layOut(ComposedStory& story, const StoryContent& content);
     std::shared_ptr<const FrameLayout> layoutOfFrame(const ComposedStory& story, uint32_t frameIndex,
                                                      const FilledColumns& filled, size_t& place);
@@ -54,7 +55,7 @@ struct Composer::State {
     WordCache words;
     ParagraphCache paragraphs;
     StoryParagraphs sequence;
-    std::unordered_map<Uid, ComposedStory> stories;
+    std::unordered_map<uint64_t, ComposedStory> stories;  ///< by page (0: the story's own) and story
 };
 
 bool Composer::State::geometryChanged(const ComposedStory& story, Uid uid) const {
@@ -67,13 +68,25 @@ bool Composer::State::geometryChanged(const ComposedStory& story, Uid uid) const
     return false;
 }
 
-void Composer::State::findColumns(ComposedStory& story, Uid uid) const {
+/// Columns of a story; a page other than 0 stands for the pages of its frames.
+void Composer::State::findColumns(ComposedStory& story, Uid uid, Uid page) const {
     story.frames.clear();
     for (Uid frame : document.framesOfStory(uid)) {
         const PageItem* item = document.item(frame);
         story.frames.emplace_back(frame, item ? item->revision : 0);
     }
     story.columns = columnsOf(document, uid);
+    if (page != 0)
+        for (TextColumn& column : story.columns) column.page = page;
+}
+
+/// A master's frame whose text names the page.
+bool Composer::State::showsPageOfDocument(const PageItem& frame) const {
+    const Spread* spread = document.spread(frame.spread);
+    const Story* story = document.story(frame.story);
+    if (!spread || !spread->isMaster || !story) return false;
+    const std::u16string& text = story->content().text;
+    return std::any_of(text.begin(), text.end(), marker::dependsOnPage);
 }
 
 /// The frame as before when it shows the same. `place` goes on to the next frame's first place.
@@ -128,23 +141,28 @@ Composer::Composer(const Document& document, FontLibrary& fonts, ComposerOptions
 Composer::~Composer() = default;
 
 const StoryLayout& Composer::compose(Uid uid) {
+    return compose(uid, 0);
+}
+
+const StoryLayout& Composer::compose(Uid uid, Uid page) {
     static const StoryLayout none;
     const Story* story = state_->document.story(uid);
     if (!story) return none;
-    ComposedStory& composed = state_->stories[uid];
+    ComposedStory& composed = state_->stories[uint64_t{page} << 32 | uid];
     const bool moved = !composed.known || state_->geometryChanged(composed, uid);
     if (!moved && composed.revision == story->revision()) return composed.layout;
-    if (moved) state_->findColumns(composed, uid);
+    if (moved) state_->findColumns(composed, uid, page);
     composed.revision = story->revision();
     composed.known = true;
     state_->layOut(composed, story->content());
     return composed.layout;
 }
 
-std::shared_ptr<const FrameLayout> Composer::frameLayout(Uid frame) {
+std::shared_ptr<const FrameLayout> Composer::frameLayout(Uid frame, Uid page) {
     const PageItem* item = state_->document.item(frame);
     if (!item || item->kind != ItemKind::TextFrame || item->story == 0) return nullptr;
-    for (const auto& layout : compose(item->story).frames)
+    const Uid shown = page != 0 && state_->showsPageOfDocument(*item) ? page : 0;
+    for (const auto& layout : compose(item->story, shown).frames)
         if (layout->frame == frame) return layout;
     return nullptr;
 }
@@ -155,6 +173,8 @@ void Composer::forget() {
     state_->styles.clear();
 }
 
-const std::u32string& Composer::missingCharacters() const { return state_->words.missingCharacters(); }
+const std::u32string& Composer::missingCharacters() const {
+    return state_->words.missingCharacters();
+}
 
 }  // namespace desk

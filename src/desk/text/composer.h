@@ -30,8 +30,9 @@ class Composer {
     /// empty. Cheap when nothing changed. Page numbers are those of the frame's page in the document.
     const StoryLayout& compose(Uid story);
 
-    /// The layout of one frame: composes its story if need be. Null for a frame without a story.
-    std::shared_ptr<const FrameLayout> frameLayout(Uid frame);
+    /// The layout of one frame: composes its story if need be. Null for a frame without a story. A frame of a master
+    /// spread shows the numbers of the document page that it is asked for; 0 asks for those of the master itself.
+    std::shared_ptr<const FrameLayout> frameLayout(Uid frame, Uid page = 0);
 
     /// Geometry, styles or threads changed: forget the frames and paragraphs.
     void forget();
@@ -40,6 +41,8 @@ class Composer {
     const std::u32string& missingCharacters() const;
 
   private:
+    const StoryLayout& compose(Uid story, Uid page);
+
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -5,8 +5,6 @@
 namespace desk {
 namespace {
 
-bool isPageMarker(char16_t c) { return c >= marker::pageNumber && c <= marker::sectionMarker; }
-
 std::u16string utf16(const std::string& text) {
     std::u16string result;
     for (size_t at = 0; at < text.size();) {
@@ -122,8 +120,8 @@ void StoryParagraphs::addInlineItems(const Paragraph& paragraph) {
 ParagraphSource& StoryParagraphs::source(uint32_t index, const TextColumn& column) {
     const Paragraph& paragraph = paragraphs_[index];
     const std::u16string_view text = content_->text;
-    source_.text = text.substr(static_cast<size_t>(paragraph.start),
-                               static_cast<size_t>(paragraph.end - paragraph.start - 1));
+    source_.text =
+        text.substr(static_cast<size_t>(paragraph.start), static_cast<size_t>(paragraph.end - paragraph.start - 1));
     source_.format = paragraph.format;
     source_.runs.clear();
     for (size_t run = paragraph.firstRun; run < content_->characterRuns.size(); ++run) {
@@ -139,7 +137,7 @@ ParagraphSource& StoryParagraphs::source(uint32_t index, const TextColumn& colum
     if (!content_->ownedItems.empty()) addInlineItems(paragraph);
     source_.listLabel = listLabel(paragraph);
     source_.onRightPage = column.onRightPage;
-    const bool hasMarkers = std::any_of(source_.text.begin(), source_.text.end(), isPageMarker);
+    const bool hasMarkers = std::any_of(source_.text.begin(), source_.text.end(), marker::dependsOnPage);
     source_.markers = {};
     if (hasMarkers) fillMarkers(column);
     return source_;

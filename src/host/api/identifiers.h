@@ -51,13 +51,13 @@ inline constexpr ClassID kDocumentLayerBoss{5};
 inline constexpr ClassID kSpreadLayerBoss{6};
 inline constexpr ClassID kPathPageItemBoss{7};  ///< every frame, shape and line whose form is a path
 inline constexpr ClassID kGroupItemBoss{8};
-inline constexpr ClassID kGraphicItemBoss{9};   ///< a placed file inside a frame
+inline constexpr ClassID kGraphicItemBoss{9};  ///< a placed file inside a frame
 inline constexpr ClassID kMultiColumnFrameBoss{10};
 inline constexpr ClassID kTextColumnBoss{11};
 inline constexpr ClassID kTextStoryBoss{12};
 inline constexpr ClassID kStyleBoss{13};
 inline constexpr ClassID kAnchoredObjectBoss{15};  ///< stands in a story's text and holds one page item
-inline constexpr ClassID kPDFExportBoss{14};  ///< carries every registered export provider
+inline constexpr ClassID kPDFExportBoss{14};       ///< carries every registered export provider
 
 // Classes of commands
 inline constexpr ClassID kDeletePageItemsCmdBoss{100};

@@ -3,17 +3,18 @@
 
 #include "host/api/database.h"
 
-/// Children count from 0, the lowest in the stacking order first. Of page items, spread layers and spreads. A text frame's
-/// one child is its multi-column frame, whose children are the text columns; an empty picture frame has no child.
+/// Children count from 0, the lowest in the stacking order first. Of page items, spread layers and spreads. A text
+/// frame's one child is its multi-column frame, whose children are the text columns; an empty picture frame has no
+/// child.
 class IHierarchy : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_IHIERARCHY;
     virtual int32_t GetChildCount() = 0;
-    virtual UID GetChildUID(int32_t index) = 0;              ///< 0 outside the list
-    virtual IHierarchy* QueryChild(int32_t index) = 0;       ///< null outside the list
+    virtual UID GetChildUID(int32_t index) = 0;         ///< 0 outside the list
+    virtual IHierarchy* QueryChild(int32_t index) = 0;  ///< null outside the list
     virtual UID GetParentUID() = 0;
-    virtual UID GetLayerUID() = 0;                           ///< of the enclosing spread layer
-    virtual UID GetSpreadUID() = 0;                          ///< of the enclosing spread
+    virtual UID GetLayerUID() = 0;   ///< of the enclosing spread layer
+    virtual UID GetSpreadUID() = 0;  ///< of the enclosing spread
 };
 
 /// Inner coordinates are the item's own.

@@ -53,10 +53,10 @@ class IObjectModel : public IPMUnknown {
 /// The plug-in object, one for each module. The order of the operations is fixed.
 class IPlugIn {
   public:
-    virtual int32_t Startup() = 0;          ///< 1
-    virtual int32_t Initialize() = 0;       ///< 1
-    virtual int32_t IsLazy() = 0;           ///< 0
-    virtual int32_t Shutdown() = 0;         ///< 1
+    virtual int32_t Startup() = 0;     ///< 1
+    virtual int32_t Initialize() = 0;  ///< 1
+    virtual int32_t IsLazy() = 0;      ///< 0
+    virtual int32_t Shutdown() = 0;    ///< 1
     virtual void Idle() = 0;
     virtual uint32_t GetPlugInID() = 0;
     virtual void SetPlugInID(uint32_t identifier) = 0;

@@ -17,7 +17,7 @@ struct TextChunk {
 class ITextModel : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_ITEXTMODEL;
-    virtual int32_t TotalLength() = 0;           ///< with the terminal character
+    virtual int32_t TotalLength() = 0;                ///< with the terminal character
     virtual int32_t GetPrimaryStoryThreadSpan() = 0;  ///< the story's main text, with the terminal character
     /// From a position on; empty outside the text.
     virtual TextChunk GetChunk(int32_t position) = 0;
@@ -53,7 +53,7 @@ class ITextFrameList : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_ITEXTFRAMELIST;
     virtual int32_t GetFrameCount() = 0;
-    virtual UID GetNthFrameUID(int32_t index) = 0;  ///< 0 outside the list
+    virtual UID GetNthFrameUID(int32_t index) = 0;                   ///< 0 outside the list
     virtual int32_t GetFrameIndexContaining(int32_t textIndex) = 0;  ///< -1 for text that no column shows
 };
 
