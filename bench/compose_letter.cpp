@@ -1,5 +1,5 @@
-// What composing one letter of a merge costs: an address block, a date and a body of nine paragraphs, six values of which
-// change from record to record. "Unchanged" composes the same record again.
+// What composing one letter of a merge costs: an address block, a date and a body of nine paragraphs, six values of
+// which change from record to record. "Unchanged" composes the same record again.
 
 #include <benchmark/benchmark.h>
 
@@ -17,10 +17,11 @@ struct Record {
     std::u16string company, name, street, city, salutation, last, contract, date, amount, product;
 };
 
-const std::array<const char16_t*, 12> kNames = {u"Schneider", u"Brandt", u"Lindqvist", u"Hoffmann", u"Özdemir", u"Krüger",
-                                                u"Weißenberger", u"Nowak", u"Petersen", u"García", u"Albrecht", u"Fischer"};
-const std::array<const char16_t*, 8> kCities = {u"Hamburg", u"Braunschweig", u"Köln", u"Garmisch-Partenkirchen",
-                                                u"Lübeck", u"Frankfurt am Main", u"Kiel", u"Weimar"};
+const std::array<const char16_t*, 12> kNames = {u"Schneider", u"Brandt", u"Lindqvist",    u"Hoffmann",
+                                                u"Özdemir",   u"Krüger", u"Weißenberger", u"Nowak",
+                                                u"Petersen",  u"García", u"Albrecht",     u"Fischer"};
+const std::array<const char16_t*, 8> kCities = {u"Hamburg", u"Braunschweig",      u"Köln", u"Garmisch-Partenkirchen",
+                                                u"Lübeck",  u"Frankfurt am Main", u"Kiel", u"Weimar"};
 
 std::u16string digits(size_t number) {
     const std::string text = std::to_string(number);
@@ -62,34 +63,40 @@ class Letter {
         const std::u16string first = r.company.empty() ? std::u16string() : r.company + u"\r";
         setText(address_, plain_, first + r.name + u"\r" + r.street + u"\r" + r.city + u"\r");
         setText(date_, plain_, u"Hamburg, " + r.date + u"\r");
-        setText(letter_, body_,
-                r.salutation + r.last + u",\r" + u"vielen Dank für Ihr Vertrauen in unser Haus. Ihr Vertrag " + r.contract +
-                    u" läuft seit dem " + r.date +
-                    u" ohne jede Unterbrechung, und wir freuen uns sehr, dass Sie uns auch in diesem Jahr die Treue halten. "
-                    u"Mit diesem Schreiben erhalten Sie die jährliche Abrechnung für die Lieferstelle in " +
-                    r.city +
-                    u" sowie einige wichtige Hinweise zu den Änderungen, die zum kommenden Quartal für alle Kundinnen und "
-                    u"Kunden in Kraft treten werden.\rDer Rechnungsbetrag beläuft sich in diesem Jahr auf " +
-                    r.amount +
-                    u" Euro und enthält die gesetzliche Mehrwertsteuer. Wir buchen diesen Betrag wie gewohnt von dem uns "
-                    u"bekannten Konto ab, sofern Sie uns eine gültige Einzugsermächtigung erteilt haben. Andernfalls bitten "
-                    u"wir Sie, den Betrag innerhalb von vierzehn Tagen nach Erhalt dieses Schreibens unter Angabe der "
-                    u"Vertragsnummer zu überweisen. Die genaue Aufschlüsselung der einzelnen Posten finden Sie in Ihrem "
-                    u"persönlichen Kundenbereich, den Sie jederzeit mit Ihren Zugangsdaten erreichen können.\r"
-                    u"Ihr bisheriger Tarif " +
-                    r.product + u" wird unverändert weitergeführt. Sollten Sie dennoch über einen Wechsel nachdenken, beraten "
-                    u"wir Sie, " +
-                    r.last +
-                    u", gern persönlich: Unsere Mitarbeiterinnen und Mitarbeiter sind von Montag bis Freitag zwischen acht "
-                    u"und achtzehn Uhr für Sie da und nehmen sich ausreichend Zeit für alle Ihre Fragen. Häufig läßt sich "
-                    u"der Verbrauch schon durch kleine Änderungen im Alltag deutlich verringern, ohne daß Sie auf "
-                    u"Bequemlichkeit verzichten müßten.\rBitte prüfen Sie die Angaben zu Ihrer Anschrift und teilen Sie uns "
-                    u"Änderungen möglichst früh mit. Nur so können wir sicherstellen, daß alle Unterlagen rechtzeitig und "
-                    u"vollständig bei Ihnen eintreffen. Außerdem möchten wir Sie auf unser neues Angebot zur elektronischen "
-                    u"Zustellung aufmerksam machen, mit dem Sie Papier sparen und alle Schreiben dauerhaft an einem Ort "
-                    u"aufbewahren können.\rWir danken Ihnen nochmals für die gute Zusammenarbeit und freuen uns auf viele "
-                    u"weitere Jahre mit Ihnen als geschätztem Teil unserer Gemeinschaft.\rMit freundlichen Grüßen\r\r"
-                    u"Nordlicht Energie AG\r");
+        setText(
+            letter_, body_,
+            r.salutation + r.last + u",\r" + u"vielen Dank für Ihr Vertrauen in unser Haus. Ihr Vertrag " + r.contract +
+                u" läuft seit dem " + r.date +
+                u" ohne jede Unterbrechung, und wir freuen uns sehr, dass Sie uns auch in diesem Jahr die Treue "
+                u"halten. "
+                u"Mit diesem Schreiben erhalten Sie die jährliche Abrechnung für die Lieferstelle in " +
+                r.city +
+                u" sowie einige wichtige Hinweise zu den Änderungen, die zum kommenden Quartal für alle Kundinnen und "
+                u"Kunden in Kraft treten werden.\rDer Rechnungsbetrag beläuft sich in diesem Jahr auf " +
+                r.amount +
+                u" Euro und enthält die gesetzliche Mehrwertsteuer. Wir buchen diesen Betrag wie gewohnt von dem uns "
+                u"bekannten Konto ab, sofern Sie uns eine gültige Einzugsermächtigung erteilt haben. Andernfalls "
+                u"bitten "
+                u"wir Sie, den Betrag innerhalb von vierzehn Tagen nach Erhalt dieses Schreibens unter Angabe der "
+                u"Vertragsnummer zu überweisen. Die genaue Aufschlüsselung der einzelnen Posten finden Sie in Ihrem "
+                u"persönlichen Kundenbereich, den Sie jederzeit mit Ihren Zugangsdaten erreichen können.\r"
+                u"Ihr bisheriger Tarif " +
+                r.product +
+                u" wird unverändert weitergeführt. Sollten Sie dennoch über einen Wechsel nachdenken, beraten "
+                u"wir Sie, " +
+                r.last +
+                u", gern persönlich: Unsere Mitarbeiterinnen und Mitarbeiter sind von Montag bis Freitag zwischen acht "
+                u"und achtzehn Uhr für Sie da und nehmen sich ausreichend Zeit für alle Ihre Fragen. Häufig läßt sich "
+                u"der Verbrauch schon durch kleine Änderungen im Alltag deutlich verringern, ohne daß Sie auf "
+                u"Bequemlichkeit verzichten müßten.\rBitte prüfen Sie die Angaben zu Ihrer Anschrift und teilen Sie "
+                u"uns "
+                u"Änderungen möglichst früh mit. Nur so können wir sicherstellen, daß alle Unterlagen rechtzeitig und "
+                u"vollständig bei Ihnen eintreffen. Außerdem möchten wir Sie auf unser neues Angebot zur "
+                u"elektronischen "
+                u"Zustellung aufmerksam machen, mit dem Sie Papier sparen und alle Schreiben dauerhaft an einem Ort "
+                u"aufbewahren können.\rWir danken Ihnen nochmals für die gute Zusammenarbeit und freuen uns auf viele "
+                u"weitere Jahre mit Ihnen als geschätztem Teil unserer Gemeinschaft.\rMit freundlichen Grüßen\r\r"
+                u"Nordlicht Energie AG\r");
     }
 
     size_t compose(Composer& composer) {

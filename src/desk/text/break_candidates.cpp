@@ -19,10 +19,14 @@ bool endsChunk(PieceKind kind) {
 
 char32_t lastCharacterOf(const Piece& piece) {
     switch (piece.kind) {
-        case PieceKind::Word: return piece.word->lastCharacter;
-        case PieceKind::NoBreakSpace: return 0xA0;
-        case PieceKind::InlineItem: return 0xFFFC;
-        default: return U'a';
+        case PieceKind::Word:
+            return piece.word->lastCharacter;
+        case PieceKind::NoBreakSpace:
+            return 0xA0;
+        case PieceKind::InlineItem:
+            return 0xFFFC;
+        default:
+            return U'a';
     }
 }
 
@@ -31,7 +35,9 @@ char32_t firstCharacterOf(const Piece& piece) {
 }
 
 /// Letters and figures: what most words begin and end with, and no rule about spaces speaks of.
-bool isPlain(char32_t c) { return (c | 0x20) - U'a' < 26u || c - U'0' < 10u; }
+bool isPlain(char32_t c) {
+    return (c | 0x20) - U'a' < 26u || c - U'0' < 10u;
+}
 
 }  // namespace
 
@@ -52,7 +58,8 @@ Extent extentOfWord(const TextStyle& style, double advance, uint32_t clusters, c
 Extent extentOf(const Piece& piece, const SpacingLimits& spacing) {
     const TextStyle& style = *piece.style;
     switch (piece.kind) {
-        case PieceKind::Word: return extentOfWord(style, piece.word->advance, piece.word->clusters, spacing);
+        case PieceKind::Word:
+            return extentOfWord(style, piece.word->advance, piece.word->clusters, spacing);
         case PieceKind::Space:
         case PieceKind::NoBreakSpace:
         case PieceKind::FlushSpace: {
@@ -61,8 +68,10 @@ Extent extentOf(const Piece& piece, const SpacingLimits& spacing) {
                     width * (spacing.maximumWord - spacing.desiredWord),
                     width * (spacing.desiredWord - spacing.minimumWord)};
         }
-        case PieceKind::InlineItem: return {piece.width, 0, 0};
-        default: return {};
+        case PieceKind::InlineItem:
+            return {piece.width, 0, 0};
+        default:
+            return {};
     }
 }
 
@@ -206,7 +215,8 @@ void CandidateFinder::chunkBreaks(uint32_t first, uint32_t end, bool isLastWord)
         if (pieces[index].start == position) {
             if (index == first || !mayBreakBetween(index - 1, index)) continue;
             // A no-break space keeps both sides, whatever stands around it.
-            if (pieces[index].kind == PieceKind::NoBreakSpace || pieces[index - 1].kind == PieceKind::NoBreakSpace) continue;
+            if (pieces[index].kind == PieceKind::NoBreakSpace || pieces[index - 1].kind == PieceKind::NoBreakSpace)
+                continue;
             if (pieces[index].level % 2 == 1 && at.kind == BreakKind::Hyphen) continue;
             const uint32_t kept = visibleEnd_;
             visibleEnd_ = index;
@@ -231,8 +241,8 @@ void CandidateFinder::breakInside(uint32_t index, uint16_t offset, BreakKind kin
     const Word* tail = words_.tailOf(*piece.word, piece.style->shaping, offset);
     BreakCandidate& place = result_->places.emplace_back();
     place.kind = kind;
-    place.end = result_->pieceStarts[index] +
-                extentOfWord(*piece.style, head->advance, head->clusters, paragraph_->spacing);
+    place.end =
+        result_->pieceStarts[index] + extentOfWord(*piece.style, head->advance, head->clusters, paragraph_->spacing);
     place.start = result_->pieceStarts[index + 1] -
                   extentOfWord(*piece.style, tail->advance, tail->clusters, paragraph_->spacing);
     place.endPiece = place.startPiece = index;
@@ -256,7 +266,8 @@ void CandidateFinder::divideWideStretches(double narrowest) {
     places.swap(divided_);
 }
 
-void CandidateFinder::divide(const BreakCandidate& from, const BreakCandidate& to, std::vector<BreakCandidate>& places) {
+void CandidateFinder::divide(const BreakCandidate& from, const BreakCandidate& to,
+                             std::vector<BreakCandidate>& places) {
     const auto& pieces = paragraph_->pieces;
     for (uint32_t index = from.startPiece; index < pieces.size(); ++index) {
         const bool holdsEnd = to.endOffset > 0 && index == to.endPiece;

@@ -42,7 +42,7 @@ class CandidateFinder {
     WordCache& words_;
     const ParagraphPieces* paragraph_ = nullptr;
     BreakCandidates* result_ = nullptr;
-    uint32_t visibleEnd_ = 0;   ///< behind the last piece that isn't a space
+    uint32_t visibleEnd_ = 0;  ///< behind the last piece that isn't a space
     std::vector<WordBreak> breaks_;
     std::vector<BreakCandidate> divided_;
 };

@@ -41,6 +41,7 @@ struct Composer::State {
           paragraphs(document, styles, words, options.rememberedParagraphs),
           sequence(document) {}
 
+    void forgetRemovedStories();
     bool geometryChanged(const ComposedStory& story, Uid uid) const;
     void findColumns(ComposedStory& story, Uid uid, Uid page) const;
     bool showsPageOfDocument(const PageItem& frame) const;
@@ -57,6 +58,13 @@ struct Composer::State {
     StoryParagraphs sequence;
     std::unordered_map<uint64_t, ComposedStory> stories;  ///< by page (0: the story's own) and story
 };
+
+/// A merge may make and remove stories for each record.
+void Composer::State::forgetRemovedStories() {
+    constexpr size_t usual = 256;
+    if (stories.size() < usual + 2 * document.stories.size()) return;
+    std::erase_if(stories, [&](const auto& entry) { return document.story(entry.first) == nullptr; });
+}
 
 bool Composer::State::geometryChanged(const ComposedStory& story, Uid uid) const {
     const std::vector<Uid>& frames = document.framesOfStory(uid);
@@ -148,6 +156,7 @@ const StoryLayout& Composer::compose(Uid uid, Uid page) {
     static const StoryLayout none;
     const Story* story = state_->document.story(uid);
     if (!story) return none;
+    state_->forgetRemovedStories();
     ComposedStory& composed = state_->stories[uint64_t{page} << 32 | uid];
     const bool moved = !composed.known || state_->geometryChanged(composed, uid);
     if (!moved && composed.revision == story->revision()) return composed.layout;

@@ -14,12 +14,22 @@ constexpr double spanSlack = 1e-6;
 double firstBaselineOffset(const TextColumn& column, const LayoutLine& line) {
     double offset = line.ascent;
     switch (column.firstBaseline) {
-        case FirstBaseline::AscentOffset: break;
-        case FirstBaseline::CapHeight: offset = line.capHeight; break;
-        case FirstBaseline::LeadingOffset: offset = line.leading; break;
-        case FirstBaseline::EmboxHeight: offset = line.emHeight; break;
-        case FirstBaseline::XHeight: offset = line.xHeight; break;
-        case FirstBaseline::FixedHeight: return column.minimumFirstBaseline;
+        case FirstBaseline::AscentOffset:
+            break;
+        case FirstBaseline::CapHeight:
+            offset = line.capHeight;
+            break;
+        case FirstBaseline::LeadingOffset:
+            offset = line.leading;
+            break;
+        case FirstBaseline::EmboxHeight:
+            offset = line.emHeight;
+            break;
+        case FirstBaseline::XHeight:
+            offset = line.xHeight;
+            break;
+        case FirstBaseline::FixedHeight:
+            return column.minimumFirstBaseline;
     }
     return std::max(offset, column.minimumFirstBaseline);
 }
@@ -45,11 +55,16 @@ void FrameFiller::obeyBreak(Cursor& cursor, ParagraphBreak where) const {
     const TextColumn& from = columns_[cursor.column];
     const auto satisfies = [&](const TextColumn& column) {
         switch (where) {
-            case ParagraphBreak::NextFrame: return column.frameIndex != from.frameIndex;
-            case ParagraphBreak::NextPage: return column.page != from.page;
-            case ParagraphBreak::NextOddPage: return column.page != from.page && column.pageNumber % 2 == 1;
-            case ParagraphBreak::NextEvenPage: return column.page != from.page && column.pageNumber % 2 == 0;
-            default: return true;
+            case ParagraphBreak::NextFrame:
+                return column.frameIndex != from.frameIndex;
+            case ParagraphBreak::NextPage:
+                return column.page != from.page;
+            case ParagraphBreak::NextOddPage:
+                return column.page != from.page && column.pageNumber % 2 == 1;
+            case ParagraphBreak::NextEvenPage:
+                return column.page != from.page && column.pageNumber % 2 == 0;
+            default:
+                return true;
         }
     };
     do nextColumn(cursor);
@@ -91,6 +106,20 @@ bool FrameFiller::placeLine(const LayoutParagraph& paragraph, uint32_t line, con
         }
     }
     return false;
+}
+
+/// Rooms of the lines below in a column of changing width, as if all had the leading of this one: right guesses save
+/// setting the paragraph again for each line.
+void FrameFiller::lookAhead(const LayoutLine& line, const Cursor& cursor, std::vector<LineSpan>& spans) const {
+    constexpr size_t farEnough = 500;
+    const TextColumn& column = columns_[cursor.column];
+    if (column.isRegular() || line.leading <= 0) return;
+    double baseline = cursor.baseline + line.leading;
+    while (baseline <= column.area.bottom + fitSlack && spans.size() < farEnough) {
+        const SpanAnswer answer = spanIn(column, baseline - line.ascent, baseline);
+        if (answer.hasRoom) spans.push_back(answer.span);
+        baseline = answer.hasRoom ? baseline + line.leading : std::max(baseline + 0.1, answer.tryAgainAt + line.ascent);
+    }
 }
 
 /// How many of the lines that fit at a column's end stay there.
@@ -148,7 +177,8 @@ FrameFiller::Attempt FrameFiller::tryLines(const ParagraphSource& source, const 
         }
         if (check == SpanCheck::Strict && differ(span, assumedSpan(source, line))) {
             attempt.mismatch = static_cast<int>(line);
-            attempt.wanted = span;
+            attempt.wanted.assign(1, span);
+            lookAhead(paragraph.lines[line], next, attempt.wanted);
             return attempt;
         }
         attempt.lines.push_back({next.column, next.baseline});
@@ -173,8 +203,8 @@ FrameFiller::Attempt FrameFiller::placeParagraph(uint32_t index, std::shared_ptr
         Attempt attempt = tryLines(source, *paragraph, attributes, cursor_, check);
         if (attempt.mismatch < 0) {
             // It starts in a later frame: page numbers and the side of the spine are that one's.
-            const bool elsewhere = !attempt.lines.empty() && columns_[attempt.lines.front().column].frameIndex !=
-                                                                 columns_[home].frameIndex;
+            const bool elsewhere = !attempt.lines.empty() &&
+                                   columns_[attempt.lines.front().column].frameIndex != columns_[home].frameIndex;
             if (!elsewhere || number >= mostAttempts) return attempt;
             home = attempt.lines.front().column;
             sequence_.source(index, columns_[home]);
@@ -183,7 +213,7 @@ FrameFiller::Attempt FrameFiller::placeParagraph(uint32_t index, std::shared_ptr
         const size_t line = static_cast<size_t>(attempt.mismatch);
         while (source.spans.size() < line) source.spans.push_back(source.spans.back());
         source.spans.resize(line);
-        source.spans.push_back(attempt.wanted);
+        source.spans.insert(source.spans.end(), attempt.wanted.begin(), attempt.wanted.end());
     }
 }
 

@@ -14,8 +14,8 @@ class ParagraphSequence {
   public:
     virtual ~ParagraphSequence() = default;
     virtual uint32_t count() const = 0;
-    /// The paragraph as it is set when it starts in that column; the spans are the filler's to put in. Good until the next
-    /// call.
+    /// The paragraph as it is set when it starts in that column; the spans are the filler's to put in. Good until the
+    /// next call.
     virtual ParagraphSource& source(uint32_t index, const TextColumn& column) = 0;
     /// UTF-16 position in the story of the paragraph's first character, and of the one behind its carriage return.
     virtual int32_t start(uint32_t index) const = 0;
@@ -62,8 +62,8 @@ class FrameFiller {
     struct Attempt {
         std::vector<LinePlace> lines;  ///< those that found room
         Cursor after;
-        int mismatch = -1;      ///< line whose room differs from the assumed
-        LineSpan wanted;        ///< of that line
+        int mismatch = -1;             ///< line whose room differs from the assumed
+        std::vector<LineSpan> wanted;  ///< of that line, and what those below it will likely find
         bool overset = false;
     };
     enum class SpanCheck { Strict, Ignored };
@@ -71,12 +71,13 @@ class FrameFiller {
     bool atEnd(const Cursor& cursor) const { return cursor.column >= columns_.size(); }
     void nextColumn(Cursor& cursor) const;
     void obeyBreak(Cursor& cursor, ParagraphBreak where) const;
-    bool placeLine(const LayoutParagraph& paragraph, uint32_t line, const ResolvedAttributes& attributes, Cursor& cursor,
-                   LineSpan& span) const;
+    bool placeLine(const LayoutParagraph& paragraph, uint32_t line, const ResolvedAttributes& attributes,
+                   Cursor& cursor, LineSpan& span) const;
     double baselineOf(const LayoutParagraph& paragraph, uint32_t line, const ResolvedAttributes& attributes,
                       const Cursor& cursor) const;
     Attempt tryLines(const ParagraphSource& source, const LayoutParagraph& paragraph,
                      const ResolvedAttributes& attributes, Cursor cursor, SpanCheck check) const;
+    void lookAhead(const LayoutLine& line, const Cursor& cursor, std::vector<LineSpan>& spans) const;
     uint32_t keptLines(const LayoutParagraph& paragraph, const ResolvedAttributes& attributes, uint32_t firstInColumn,
                        uint32_t placed, bool columnHadText) const;
     Attempt placeParagraph(uint32_t index, std::shared_ptr<const LayoutParagraph>& paragraph);
@@ -88,9 +89,9 @@ class FrameFiller {
     ParagraphSequence& sequence_;
     Cursor cursor_;
     FilledColumns result_;
-    std::vector<Cursor> before_;         ///< of each paragraph
+    std::vector<Cursor> before_;  ///< of each paragraph
     std::vector<size_t> placesBefore_;
-    uint32_t pulledBack_ = 0;            ///< paragraphs below this were moved for what follows them already
+    uint32_t pulledBack_ = 0;  ///< paragraphs below this were moved for what follows them already
 };
 
 /// Moves lines down as the frame asks. `places` are of one column.

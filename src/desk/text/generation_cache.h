@@ -22,7 +22,9 @@ class GenerationCache {
         return &current_.insert(previous_.extract(old)).position->second;
     }
 
-    Value& add(Key key, Value value) { return current_.insert_or_assign(std::move(key), std::move(value)).first->second; }
+    Value& add(Key key, Value value) {
+        return current_.insert_or_assign(std::move(key), std::move(value)).first->second;
+    }
 
     /// Forgets the older generation once the younger one is full. Call where no pointer into the memory is held.
     void endGeneration() {

@@ -13,18 +13,18 @@ struct KnownLanguage {
 };
 
 constexpr KnownLanguage languages[] = {
-    {"Arabic", "ar", ""},       {"Bengali", "bn", ""},      {"Bulgarian", "bg", "BG"},  {"Catalan", "ca", "ES"},
-    {"Croatian", "hr", "HR"},   {"Czech", "cs", "CZ"},      {"Danish", "da", "DK"},     {"Dutch", "nl", "NL"},
-    {"English", "en", "US"},    {"Estonian", "et", "EE"},   {"Finnish", "fi", "FI"},    {"French", "fr", "FR"},
-    {"German", "de", "DE"},     {"Greek", "el", "GR"},      {"Gujarati", "gu", ""},     {"Hebrew", "he", ""},
-    {"Hindi", "hi", ""},        {"Hungarian", "hu", "HU"},  {"Icelandic", "is", "IS"},  {"Indonesian", "id", "ID"},
-    {"Italian", "it", "IT"},    {"Japanese", "ja", ""},     {"Kannada", "kn", ""},      {"Korean", "ko", ""},
-    {"Latin", "la", ""},        {"Latvian", "lv", "LV"},    {"Lithuanian", "lt", "LT"}, {"Malayalam", "ml", ""},
-    {"Marathi", "mr", ""},      {"Norwegian", "nb", "NO"},  {"Oriya", "or", ""},        {"Polish", "pl", "PL"},
-    {"Portuguese", "pt", "PT"}, {"Punjabi", "pa", ""},      {"Romanian", "ro", "RO"},   {"Russian", "ru", "RU"},
-    {"Serbian", "sr", ""},      {"Slovak", "sk", "SK"},     {"Slovenian", "sl", "SI"},  {"Spanish", "es", "ES"},
-    {"Swedish", "sv", "SE"},    {"Tamil", "ta", ""},        {"Telugu", "te", ""},       {"Thai", "th", "TH"},
-    {"Turkish", "tr", "TR"},    {"Ukrainian", "uk", "UA"},  {"Vietnamese", "vi", ""},   {"Chinese", "zh", ""},
+    {"Arabic", "ar", ""},       {"Bengali", "bn", ""},     {"Bulgarian", "bg", "BG"},  {"Catalan", "ca", "ES"},
+    {"Croatian", "hr", "HR"},   {"Czech", "cs", "CZ"},     {"Danish", "da", "DK"},     {"Dutch", "nl", "NL"},
+    {"English", "en", "US"},    {"Estonian", "et", "EE"},  {"Finnish", "fi", "FI"},    {"French", "fr", "FR"},
+    {"German", "de", "DE"},     {"Greek", "el", "GR"},     {"Gujarati", "gu", ""},     {"Hebrew", "he", ""},
+    {"Hindi", "hi", ""},        {"Hungarian", "hu", "HU"}, {"Icelandic", "is", "IS"},  {"Indonesian", "id", "ID"},
+    {"Italian", "it", "IT"},    {"Japanese", "ja", ""},    {"Kannada", "kn", ""},      {"Korean", "ko", ""},
+    {"Latin", "la", ""},        {"Latvian", "lv", "LV"},   {"Lithuanian", "lt", "LT"}, {"Malayalam", "ml", ""},
+    {"Marathi", "mr", ""},      {"Norwegian", "nb", "NO"}, {"Oriya", "or", ""},        {"Polish", "pl", "PL"},
+    {"Portuguese", "pt", "PT"}, {"Punjabi", "pa", ""},     {"Romanian", "ro", "RO"},   {"Russian", "ru", "RU"},
+    {"Serbian", "sr", ""},      {"Slovak", "sk", "SK"},    {"Slovenian", "sl", "SI"},  {"Spanish", "es", "ES"},
+    {"Swedish", "sv", "SE"},    {"Tamil", "ta", ""},       {"Telugu", "te", ""},       {"Thai", "th", "TH"},
+    {"Turkish", "tr", "TR"},    {"Ukrainian", "uk", "UA"}, {"Vietnamese", "vi", ""},   {"Chinese", "zh", ""},
 };
 
 struct Variant {

@@ -23,7 +23,9 @@ constexpr double worstBadness = 10000;
 /// How many units of slack a ragged line may have for each step of tolerance.
 constexpr double raggedUnitsTolerated = 2;
 
-double badnessOf(double ratio) { return std::min(worstBadness, 100 * ratio * ratio * ratio); }
+double badnessOf(double ratio) {
+    return std::min(worstBadness, 100 * ratio * ratio * ratio);
+}
 
 uint8_t fitnessOf(double ratio, bool shrunk) {
     if (shrunk) return ratio > 0.5 ? 0 : 1;
@@ -66,8 +68,12 @@ LineCost raggedCost(double slack, double unit, bool isLast, double tolerance) {
 
 }  // namespace
 
-double LineMeasures::largest() const { return *std::max_element(widths, widths + count); }
-double LineMeasures::smallest() const { return *std::min_element(widths, widths + count); }
+double LineMeasures::largest() const {
+    return *std::max_element(widths, widths + count);
+}
+double LineMeasures::smallest() const {
+    return *std::min_element(widths, widths + count);
+}
 
 LineCost costOfLine(const Extent& line, double measure, bool isLast, double tolerance, const BreakingRules& rules) {
     if (isLast) measure -= rules.lastLineIndent;
@@ -146,9 +152,10 @@ bool LineBreaker::addLine(uint32_t from, uint32_t to, double tolerance, bool isL
         node.candidate = to;
         node.line = varying_ ? std::min(before.line + 1, measures_.count - 1) : 1;
         node.fitness = rules_.filling == LineFilling::Justified ? cost.fitness : 1;
-        node.hyphens = end.kind == BreakKind::Hyphen
-                           ? static_cast<uint8_t>(std::min<uint32_t>(before.hyphens + 1u, rules_.ladderLimit > 0 ? 255 : 1))
-                           : 0;
+        node.hyphens =
+            end.kind == BreakKind::Hyphen
+                ? static_cast<uint8_t>(std::min<uint32_t>(before.hyphens + 1u, rules_.ladderLimit > 0 ? 255 : 1))
+                : 0;
         addNode(node, firstNew);
     }
     return !allTooFull;
@@ -170,7 +177,8 @@ void LineBreaker::forgetFullLines(uint32_t to) {
 void LineBreaker::linesEndingAt(uint32_t to, double tolerance, bool isLastPass) {
     forgetFullLines(to);
     const BreakCandidate& end = (*candidates_)[to];
-    const bool mayBeShort = end.kind == BreakKind::End || (rules_.filling == LineFilling::Ragged && isLastPass) || tabs_;
+    const bool mayBeShort =
+        end.kind == BreakKind::End || (rules_.filling == LineFilling::Ragged && isLastPass) || tabs_;
     // From the latest start backwards: lines get fuller. Those much too empty are passed over without weighing.
     for (uint32_t from = to; from-- > oldest_;) {
         if (firstNode_[from] == firstNode_[from + 1]) continue;

@@ -60,10 +60,10 @@ class TabbedLines {
 
 /// What one line costs, without its neighbours.
 struct LineCost {
-    bool fits = false;     ///< false: too full, or emptier than tolerated
+    bool fits = false;  ///< false: too full, or emptier than tolerated
     bool tooFull = false;
     double badness = 0;
-    uint8_t fitness = 1;   ///< 0 tight, 1 decent, 2 loose, 3 very loose
+    uint8_t fitness = 1;  ///< 0 tight, 1 decent, 2 loose, 3 very loose
 };
 
 /// How empty a line may be to be looked at, in steps; the last looks at every line.
@@ -113,8 +113,8 @@ class LineBreaker {
     TabbedLines* tabs_ = nullptr;
     bool varying_ = false;
     double largestMeasure_ = 0, smallestMeasure_ = 0;
-    double margin_ = 0;      ///< how far sums may run back: hyphens and kerning at breaks
-    uint32_t oldest_ = 0;    ///< first candidate from which a line may still start
+    double margin_ = 0;    ///< how far sums may run back: hyphens and kerning at breaks
+    uint32_t oldest_ = 0;  ///< first candidate from which a line may still start
     std::vector<Node> nodes_;
     std::vector<uint32_t> firstNode_;  ///< of each candidate; one more than candidates
 };

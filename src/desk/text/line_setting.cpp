@@ -9,25 +9,40 @@ constexpr double roundingSlack = 1e-3;
 /// A line is told as too wide only from here on: less than this can't be seen.
 constexpr double visibleExcess = 0.5;
 
-bool isStretchingSpace(PieceKind kind) { return kind == PieceKind::Space || kind == PieceKind::NoBreakSpace; }
+bool isStretchingSpace(PieceKind kind) {
+    return kind == PieceKind::Space || kind == PieceKind::NoBreakSpace;
+}
 
-bool isSpace(PieceKind kind) { return isStretchingSpace(kind) || kind == PieceKind::FlushSpace; }
+bool isSpace(PieceKind kind) {
+    return isStretchingSpace(kind) || kind == PieceKind::FlushSpace;
+}
 
-bool isTab(PieceKind kind) { return kind == PieceKind::Tab || kind == PieceKind::RightIndentTab; }
+bool isTab(PieceKind kind) {
+    return kind == PieceKind::Tab || kind == PieceKind::RightIndentTab;
+}
 
 }  // namespace
 
 LineAlignment alignmentOf(Justification justification, bool onRightPage) {
     switch (justification) {
-        case Justification::Left: return {false, false, Alignment::Left};
-        case Justification::Center: return {false, false, Alignment::Center};
-        case Justification::Right: return {false, false, Alignment::Right};
-        case Justification::LeftJustified: return {true, false, Alignment::Left};
-        case Justification::CenterJustified: return {true, false, Alignment::Center};
-        case Justification::RightJustified: return {true, false, Alignment::Right};
-        case Justification::FullyJustified: return {true, true, Alignment::Left};
-        case Justification::ToBindingSide: return {false, false, onRightPage ? Alignment::Left : Alignment::Right};
-        case Justification::AwayFromBindingSide: return {false, false, onRightPage ? Alignment::Right : Alignment::Left};
+        case Justification::Left:
+            return {false, false, Alignment::Left};
+        case Justification::Center:
+            return {false, false, Alignment::Center};
+        case Justification::Right:
+            return {false, false, Alignment::Right};
+        case Justification::LeftJustified:
+            return {true, false, Alignment::Left};
+        case Justification::CenterJustified:
+            return {true, false, Alignment::Center};
+        case Justification::RightJustified:
+            return {true, false, Alignment::Right};
+        case Justification::FullyJustified:
+            return {true, true, Alignment::Left};
+        case Justification::ToBindingSide:
+            return {false, false, onRightPage ? Alignment::Left : Alignment::Right};
+        case Justification::AwayFromBindingSide:
+            return {false, false, onRightPage ? Alignment::Right : Alignment::Left};
     }
     return {};
 }
@@ -214,7 +229,8 @@ void LineSetter::orderVisually() {
         for (size_t i = 0; i < items_.size();) {
             size_t end = i;
             while (end < items_.size() && items_[end].level >= level) ++end;
-            if (end > i) std::reverse(items_.begin() + static_cast<ptrdiff_t>(i), items_.begin() + static_cast<ptrdiff_t>(end));
+            if (end > i)
+                std::reverse(items_.begin() + static_cast<ptrdiff_t>(i), items_.begin() + static_cast<ptrdiff_t>(end));
             i = std::max(end, i + 1);
         }
     }
@@ -314,37 +330,6 @@ void LineSetter::emitLeader(const Item& item, LayoutLine& line, double x) {
     }
 }
 
-void LineSetter::decorate(const Item& item, double start, double end, LayoutLine& line) {
-    const TextStyle& style = *item.style;
-    const ResolvedAttributes& a = *style.attributes;
-    constexpr double automatic = -9999;
-    const double unit = style.nominalSize / 1000;
-    const auto add = [&](double y, double weight, const std::string& color, double tint) {
-        const bool textColor = color.empty() || color == "Text Color";
-        const std::string& used = textColor ? style.paint->fillColor : color;
-        const double usedTint = textColor && tint < 0 ? style.paint->fillTint : tint;
-        for (TextRule& rule : line.rules) {
-            const bool continues = rule.y == y && rule.weight == weight && rule.color == used && rule.tint == usedTint;
-            if (!continues || std::abs(rule.x + rule.width - start) > 1e-6) continue;
-            rule.width = end - rule.x;
-            return;
-        }
-        line.rules.push_back({start, end - start, y, weight, used, usedTint});
-    };
-    double thickness = style.face->underlineThickness() * unit;
-    if (thickness <= 0) thickness = style.nominalSize / 20;
-    if (a.underline) {
-        const double weight = a.underlineWeight == automatic ? thickness : a.underlineWeight;
-        const double y = a.underlineOffset == automatic ? -style.face->underlinePosition() * unit : a.underlineOffset;
-        add(y - a.baselineShift, weight, a.underlineColor, a.underlineTint);
-    }
-    if (a.strikeThrough) {
-        const double weight = a.strikeThroughWeight == automatic ? thickness : a.strikeThroughWeight;
-        const double offset = a.strikeThroughOffset == automatic ? style.xHeight / 2 : a.strikeThroughOffset;
-        add(-offset - a.baselineShift, weight, a.strikeThroughColor, a.strikeThroughTint);
-    }
-}
-
 void LineSetter::emit(const Justified& justified, LayoutLine& line) {
     runStyle_ = nullptr;
     double x = justified.shift;
@@ -396,7 +381,8 @@ void LineSetter::addMetrics(const BreakCandidate& from, const BreakCandidate& to
     if (to.kind == BreakKind::End) line.leading = std::max(line.leading, closing.leading);
 }
 
-void LineSetter::setLine(uint32_t fromIndex, uint32_t toIndex, uint32_t number, const LineRoom& room, LayoutLine& line) {
+void LineSetter::setLine(uint32_t fromIndex, uint32_t toIndex, uint32_t number, const LineRoom& room,
+                         LayoutLine& line) {
     const BreakCandidate& from = candidates_->places[fromIndex];
     const BreakCandidate& to = candidates_->places[toIndex];
     line.x = room.x;
@@ -416,34 +402,6 @@ void LineSetter::setLine(uint32_t fromIndex, uint32_t toIndex, uint32_t number, 
     const Justified justified = justify(extent, room.measure, to.kind, line);
     orderVisually();
     emit(justified, line);
-}
-
-void addParagraphRules(const ResolvedAttributes& a, const TextStyle& style, const std::vector<LineSpan>& spans,
-                       std::vector<LayoutLine>& lines) {
-    const auto add = [&](LayoutLine& line, const LineSpan& span, double y, double weight, double leftIndent,
-                         double rightIndent, bool textWidth, const std::string& color, double tint) {
-        double left = span.x - line.x, right = span.x + span.width - line.x;
-        if (textWidth) {
-            left = line.runs.empty() ? 0 : line.runs.front().x;
-            right = left;
-            for (const GlyphRun& run : line.runs) {
-                double x = run.x;
-                for (const PlacedGlyph& glyph : run.glyphs) x += glyph.advance;
-                right = std::max(right, std::min(x, line.measure));
-            }
-        }
-        const bool textColor = color.empty() || color == "Text Color";
-        line.rules.push_back({left + leftIndent, right - rightIndent - left - leftIndent, y, weight,
-                              textColor ? style.paint->fillColor : color,
-                              textColor && tint < 0 ? style.paint->fillTint : tint});
-    };
-    if (a.ruleAbove)
-        add(lines.front(), spans.front(), -a.ruleAboveOffset - a.ruleAboveWeight / 2, a.ruleAboveWeight,
-            a.ruleAboveLeftIndent, a.ruleAboveRightIndent, a.ruleAboveTextWidth, a.ruleAboveColor, a.ruleAboveTint);
-    if (a.ruleBelow)
-        add(lines.back(), spans[std::min(lines.size(), spans.size()) - 1], a.ruleBelowOffset + a.ruleBelowWeight / 2,
-            a.ruleBelowWeight, a.ruleBelowLeftIndent, a.ruleBelowRightIndent, a.ruleBelowTextWidth, a.ruleBelowColor,
-            a.ruleBelowTint);
 }
 
 }  // namespace desk

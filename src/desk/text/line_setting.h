@@ -38,21 +38,21 @@ class LineSetter {
     struct Item {
         PieceKind kind = PieceKind::Word;
         uint8_t level = 0;
-        bool hangs = false;       ///< a space behind the line's end
-        bool isFixed = false;     ///< a space before the last tab: justification leaves it alone
+        bool hangs = false;    ///< a space behind the line's end
+        bool isFixed = false;  ///< a space before the last tab: justification leaves it alone
         const TextStyle* style = nullptr;
         const Word* word = nullptr;
-        uint32_t start = 0;       ///< in the display text
+        uint32_t start = 0;  ///< in the display text
         uint32_t length = 0;
         uint32_t piece = 0;
-        double width = 0;         ///< of tabs and inline items
+        double width = 0;  ///< of tabs and inline items
         const std::u16string* leader = nullptr;
     };
     struct Justified {
         double wordFactor = 1, extraPerSpace = 0, extraPerFlushSpace = 0;
         double letterFactor = 0, extraPerCluster = 0;
         double glyphScale = 1;
-        double shift = 0;         ///< of the first item from the line's left end
+        double shift = 0;  ///< of the first item from the line's left end
     };
 
     void collectItems(const BreakCandidate& from, const BreakCandidate& to, uint32_t fromIndex, uint32_t toIndex,
@@ -90,7 +90,7 @@ class LineSetter {
 };
 
 /// Rules above and below a paragraph. Lines must not be empty.
-void addParagraphRules(const ResolvedAttributes& paragraph, const TextStyle& style,
-                       const std::vector<LineSpan>& spans, std::vector<LayoutLine>& lines);
+void addParagraphRules(const ResolvedAttributes& paragraph, const TextStyle& style, const std::vector<LineSpan>& spans,
+                       std::vector<LayoutLine>& lines);
 
 }  // namespace desk

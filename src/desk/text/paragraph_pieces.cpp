@@ -22,7 +22,9 @@ bool endsWord(char16_t c) {
            c == marker::rightIndentTab;
 }
 
-bool isMarker(char16_t c) { return c >= marker::pageNumber && c <= marker::noteNumber; }
+bool isMarker(char16_t c) {
+    return c >= marker::pageNumber && c <= marker::noteNumber;
+}
 
 /// Has no place in the display text, or another text takes its place.
 bool isReplaced(char16_t c) {
@@ -139,8 +141,8 @@ void PieceCutter::appendCased(std::u16string_view text, int32_t sourceStart, con
     if (how == Capitalization::Normal || how == Capitalization::CapToSmallCap)
         return appendPlain(text, sourceStart, style, result);
     const auto appendMapped = [&](std::u16string_view from, int32_t at, const TextStyle& used) {
-        const std::u16string mapped = how == Capitalization::LowerCase ? unicode::lowerCase(from, language)
-                                                                       : unicode::upperCase(from, language);
+        const std::u16string mapped =
+            how == Capitalization::LowerCase ? unicode::lowerCase(from, language) : unicode::upperCase(from, language);
         if (mapped.size() == from.size()) return appendPlain(mapped, at, used, result);
         // The length changes: map character by character, so that each knows its source.
         for (size_t i = 0; i < from.size();) {
@@ -185,11 +187,20 @@ void PieceCutter::appendRun(const ParagraphSource& source, int32_t start, int32_
         flush(at);
         plain = at + 1;
         switch (c) {
-            case marker::pageNumber: appendStandIn(source.markers.pageNumber, at, style, result); break;
-            case marker::nextPageNumber: appendStandIn(source.markers.nextPageNumber, at, style, result); break;
-            case marker::previousPageNumber: appendStandIn(source.markers.previousPageNumber, at, style, result); break;
-            case marker::sectionMarker: appendStandIn(source.markers.sectionMarker, at, style, result); break;
-            default: break;
+            case marker::pageNumber:
+                appendStandIn(source.markers.pageNumber, at, style, result);
+                break;
+            case marker::nextPageNumber:
+                appendStandIn(source.markers.nextPageNumber, at, style, result);
+                break;
+            case marker::previousPageNumber:
+                appendStandIn(source.markers.previousPageNumber, at, style, result);
+                break;
+            case marker::sectionMarker:
+                appendStandIn(source.markers.sectionMarker, at, style, result);
+                break;
+            default:
+                break;
         }
     }
     flush(end);
@@ -199,8 +210,8 @@ void PieceCutter::addInlineItem(const ParagraphSource& source, uint32_t position
                                 ParagraphPieces& result) {
     const auto& items = source.inlineItems;
     const int32_t wanted = result.sourcePosition(position);
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [&](const InlineItemSize& item) { return item.position == wanted; });
+    const auto found =
+        std::find_if(items.begin(), items.end(), [&](const InlineItemSize& item) { return item.position == wanted; });
     if (found == items.end()) return;
     Piece& piece = result.pieces.emplace_back();
     piece.kind = PieceKind::InlineItem;
@@ -252,15 +263,25 @@ void PieceCutter::cutRun(const ParagraphSource& source, uint32_t start, uint32_t
                 add(PieceKind::RightIndentTab, 1, 0);
                 result.hasTabs = true;
                 break;
-            case noBreakSpace: add(PieceKind::NoBreakSpace, 1, space); break;
-            case flushSpace: add(PieceKind::FlushSpace, 1, space); break;
-            case lineSeparator: add(PieceKind::LineBreak, 1, 0); break;
-            case marker::indentToHere: add(PieceKind::IndentHere, 1, 0); break;
+            case noBreakSpace:
+                add(PieceKind::NoBreakSpace, 1, space);
+                break;
+            case flushSpace:
+                add(PieceKind::FlushSpace, 1, space);
+                break;
+            case lineSeparator:
+                add(PieceKind::LineBreak, 1, 0);
+                break;
+            case marker::indentToHere:
+                add(PieceKind::IndentHere, 1, 0);
+                break;
             case marker::inlineObject:
                 addInlineItem(source, at, style, result);
                 ++at;
                 break;
-            default: ++at; break;  // a control character in a stand-in text
+            default:
+                ++at;
+                break;  // a control character in a stand-in text
         }
     }
 }

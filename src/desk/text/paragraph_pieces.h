@@ -13,25 +13,25 @@ namespace desk {
 
 enum class PieceKind : uint8_t {
     Word,
-    Space,          ///< U+0020, one or more: stretches, a line may end at it
-    NoBreakSpace,   ///< U+00A0: stretches, no line ends at it
-    FlushSpace,     ///< U+2001: takes the slack of a fully justified last line
+    Space,         ///< U+0020, one or more: stretches, a line may end at it
+    NoBreakSpace,  ///< U+00A0: stretches, no line ends at it
+    FlushSpace,    ///< U+2001: takes the slack of a fully justified last line
     Tab,
     RightIndentTab,
-    LineBreak,      ///< U+2028
+    LineBreak,  ///< U+2028
     InlineItem,
-    IndentHere      ///< no width; the following lines start here
+    IndentHere  ///< no width; the following lines start here
 };
 
 /// Lengths in points, positions in the display text.
 struct Piece {
     PieceKind kind = PieceKind::Word;
-    uint8_t level = 0;     ///< bidi embedding level
+    uint8_t level = 0;  ///< bidi embedding level
     const TextStyle* style = nullptr;
     Word* word = nullptr;  ///< of a word
     uint32_t start = 0, length = 0;
-    double width = 0;      ///< natural: spaces without justification, words with tracking
-    uint32_t item = 0;     ///< index into the source's inline items
+    double width = 0;   ///< natural: spaces without justification, words with tracking
+    uint32_t item = 0;  ///< index into the source's inline items
 };
 
 /// Word and letter spacing of a paragraph as shares of what they multiply (1 = 100 %).
@@ -43,8 +43,8 @@ struct SpacingLimits {
 };
 
 struct ParagraphPieces {
-    std::u16string display;            ///< markers and capitals replaced, hidden text gone
-    std::vector<int32_t> sourceOf;     ///< display position to source position, one more than display; empty for identity
+    std::u16string display;         ///< markers and capitals replaced, hidden text gone
+    std::vector<int32_t> sourceOf;  ///< display position to source position, one more than display; empty for identity
     std::vector<Piece> pieces;
     const ResolvedAttributes* paragraph = nullptr;
     const TextStyle* endStyle = nullptr;  ///< of the carriage return

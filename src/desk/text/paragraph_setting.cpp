@@ -87,8 +87,9 @@ std::shared_ptr<const LayoutParagraph> ParagraphSetter::set(const ParagraphSourc
         for (LayoutLine& line : result->lines) line.leading = largest;
     }
     if (pieces_.paragraph->ruleAbove || pieces_.paragraph->ruleBelow)
-        addParagraphRules(*pieces_.paragraph, pieces_.pieces.empty() ? *pieces_.endStyle : *pieces_.pieces.front().style,
-                          source.spans, result->lines);
+        addParagraphRules(*pieces_.paragraph,
+                          pieces_.pieces.empty() ? *pieces_.endStyle : *pieces_.pieces.front().style, source.spans,
+                          result->lines);
     return result;
 }
 

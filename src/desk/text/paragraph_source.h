@@ -40,7 +40,7 @@ struct ParagraphSource {
     std::vector<InlineItemSize> inlineItems;
     std::u16string listLabel;  ///< bullet or number with what follows it; empty for none
     MarkerTexts markers;
-    bool onRightPage = true;   ///< for alignment to the spine
+    bool onRightPage = true;  ///< for alignment to the spine
     /// Room of the lines; the last holds for all lines behind it. Never empty.
     std::vector<LineSpan> spans;
 };

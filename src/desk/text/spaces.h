@@ -7,8 +7,8 @@ namespace desk {
 
 /// How wide a fixed space is.
 struct SpaceWidth {
-    double em = 0;         ///< thousandths of the em, where `like` is 0
-    char32_t like = 0;     ///< as wide as this character of the face
+    double em = 0;      ///< thousandths of the em, where `like` is 0
+    char32_t like = 0;  ///< as wide as this character of the face
 };
 
 /// Null for characters that are no fixed-width space.
@@ -18,20 +18,33 @@ inline const SpaceWidth* spaceWidth(char32_t c) {
         ideographic{1000, 0}, math{222, 0};
     switch (c) {
         case 0x2000:
-        case 0x2002: return &en;
+        case 0x2002:
+            return &en;
         case 0x2001:
-        case 0x2003: return &em;
-        case 0x2004: return &third;
-        case 0x2005: return &quarter;
-        case 0x2006: return &sixth;
-        case 0x2007: return &figure;
-        case 0x2008: return &punctuation;
-        case 0x2009: return &thin;
-        case 0x200A: return &hair;
-        case 0x202F: return &narrow;
-        case 0x205F: return &math;
-        case 0x3000: return &ideographic;
-        default: return nullptr;
+        case 0x2003:
+            return &em;
+        case 0x2004:
+            return &third;
+        case 0x2005:
+            return &quarter;
+        case 0x2006:
+            return &sixth;
+        case 0x2007:
+            return &figure;
+        case 0x2008:
+            return &punctuation;
+        case 0x2009:
+            return &thin;
+        case 0x200A:
+            return &hair;
+        case 0x202F:
+            return &narrow;
+        case 0x205F:
+            return &math;
+        case 0x3000:
+            return &ideographic;
+        default:
+            return nullptr;
     }
 }
 

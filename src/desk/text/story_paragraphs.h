@@ -27,9 +27,9 @@ class StoryParagraphs final : public ParagraphSequence {
     struct Paragraph {
         int32_t start = 0, end = 0;  ///< the carriage return is in
         ParagraphFormatId format = 0;
-        uint32_t firstRun = 0;       ///< character run that holds the first character
+        uint32_t firstRun = 0;  ///< character run that holds the first character
         const ResolvedAttributes* attributes = nullptr;
-        int number = 0;              ///< in a numbered list
+        int number = 0;  ///< in a numbered list
     };
 
     void numberLists();

@@ -9,7 +9,9 @@ namespace {
 /// Text that ends right at a stop has reached it.
 constexpr double reached = 1e-6;
 
-bool isTab(PieceKind kind) { return kind == PieceKind::Tab || kind == PieceKind::RightIndentTab; }
+bool isTab(PieceKind kind) {
+    return kind == PieceKind::Tab || kind == PieceKind::RightIndentTab;
+}
 
 }  // namespace
 
@@ -47,7 +49,8 @@ ParagraphTabs::Stop ParagraphTabs::stopBehind(double position, const LineRoom& r
     const bool hangs = a.firstLineIndent < 0 && a.leftIndent > position + reached;
     if (hangs && (!known || a.leftIndent < found.position)) return {a.leftIndent, TabAlignment::Left, nullptr};
     if (known) return found;
-    return {(std::floor((position + reached) / defaultTabDistance) + 1) * defaultTabDistance, TabAlignment::Left, nullptr};
+    return {(std::floor((position + reached) / defaultTabDistance) + 1) * defaultTabDistance, TabAlignment::Left,
+            nullptr};
 }
 
 double ParagraphTabs::widthToAlignment(uint32_t firstPiece, uint32_t endPiece, double wholeWidth,
@@ -90,10 +93,17 @@ Extent ParagraphTabs::measure(double start, uint32_t firstPiece, uint32_t endPie
         const Stop stop = stopBehind(x, room, piece);
         double target = stop.position;
         switch (stop.alignment) {
-            case TabAlignment::Left: break;
-            case TabAlignment::Right: target -= text; break;
-            case TabAlignment::Center: target -= text / 2; break;
-            case TabAlignment::Character: target -= widthToAlignment(*tab + 1, textEnd, text, *stop.named); break;
+            case TabAlignment::Left:
+                break;
+            case TabAlignment::Right:
+                target -= text;
+                break;
+            case TabAlignment::Center:
+                target -= text / 2;
+                break;
+            case TabAlignment::Character:
+                target -= widthToAlignment(*tab + 1, textEnd, text, *stop.named);
+                break;
         }
         const double width = std::max(0.0, target - x);
         const bool hasLeader = stop.named && !stop.named->leader.empty();

@@ -118,9 +118,12 @@ class ObstacleSearch {
 double strokeInset(const ItemAttributes& attributes) {
     const double weight = attributes.strokeWeight.value_or(0);
     switch (attributes.strokeAlignment.value_or(0)) {
-        case 1: return weight;
-        case 2: return 0;
-        default: return weight / 2;
+        case 1:
+            return weight;
+        case 2:
+            return 0;
+        default:
+            return weight / 2;
     }
 }
 
@@ -163,7 +166,8 @@ void addColumns(const Document& document, const PageItem& frame, uint32_t frameI
     column.pageNumber = place == pages.end() ? 0 : static_cast<int>(place - pages.begin()) + 1;
     column.onRightPage = isRightPage(document, column.page);
     placeGrid(document, frame, column);
-    const Rect inner{bounds.left + options.insetLeft.value_or(0) + stroke, bounds.top + options.insetTop.value_or(0) + stroke,
+    const Rect inner{bounds.left + options.insetLeft.value_or(0) + stroke,
+                     bounds.top + options.insetTop.value_or(0) + stroke,
                      bounds.right - options.insetRight.value_or(0) - stroke,
                      bounds.bottom - options.insetBottom.value_or(0) - stroke};
     if (!isUprightRectangle(frame.path)) {

@@ -11,14 +11,14 @@ namespace desk {
 /// One column of a text frame, in the inner coordinates of the frame.
 struct TextColumn {
     Uid frame = 0;
-    uint32_t frameIndex = 0;   ///< in the thread
-    Rect area;                 ///< insets and stroke are off
+    uint32_t frameIndex = 0;  ///< in the thread
+    Rect area;                ///< insets and stroke are off
     FirstBaseline firstBaseline = FirstBaseline::AscentOffset;
     double minimumFirstBaseline = 0;
     VerticalJustification verticalJustification = VerticalJustification::Top;
     double verticalThreshold = 0;
     Uid page = 0;
-    int pageNumber = 0;        ///< place of the page in the document, from 1; 0 for a frame on no page
+    int pageNumber = 0;  ///< place of the page in the document, from 1; 0 for a frame on no page
     bool onRightPage = true;
     double gridStart = 0, gridStep = 0;  ///< baseline grid: y of its first line; no step, no grid
 
@@ -35,7 +35,7 @@ std::vector<TextColumn> columnsOf(const Document& document, Uid story);
 /// Room for a line in a column.
 struct SpanAnswer {
     bool hasRoom = false;
-    LineSpan span;       ///< from the column's left edge
+    LineSpan span;          ///< from the column's left edge
     double tryAgainAt = 0;  ///< without room: a top further down where there may be some
 };
 

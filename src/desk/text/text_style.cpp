@@ -48,11 +48,20 @@ void addFigures(std::vector<FontFeature>& features, FigureStyle figures) {
 
 void addPosition(std::vector<FontFeature>& features, CharacterPosition position) {
     switch (position) {
-        case CharacterPosition::OTSuperscript: add(features, "sups", 1); break;
-        case CharacterPosition::OTSubscript: add(features, "subs", 1); break;
-        case CharacterPosition::OTNumerator: add(features, "numr", 1); break;
-        case CharacterPosition::OTDenominator: add(features, "dnom", 1); break;
-        default: break;
+        case CharacterPosition::OTSuperscript:
+            add(features, "sups", 1);
+            break;
+        case CharacterPosition::OTSubscript:
+            add(features, "subs", 1);
+            break;
+        case CharacterPosition::OTNumerator:
+            add(features, "numr", 1);
+            break;
+        case CharacterPosition::OTDenominator:
+            add(features, "dnom", 1);
+            break;
+        default:
+            break;
     }
 }
 
@@ -100,7 +109,7 @@ const TextStyle& TextStyles::style(ParagraphFormatId paragraph, CharacterFormatI
     std::unique_ptr<TextStyle>& known = styles_[uint64_t{paragraph} << 32 | character];
     if (known) return *known;
     known = std::make_unique<TextStyle>();
-    known->attributes = &document_.resolved(paragraph, character);
+    known->attributes = std::make_shared<const ResolvedAttributes>(document_.resolved(paragraph, character));
     fill(*known, 1);
     if (known->attributes->capitalization == Capitalization::SmallCaps) {
         auto smaller = std::make_shared<TextStyle>(*known);

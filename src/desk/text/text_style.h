@@ -24,18 +24,18 @@ struct ShapingStyle {
 
 /// Lengths are points unless said otherwise.
 struct TextStyle {
-    const ResolvedAttributes* attributes = nullptr;
+    std::shared_ptr<const ResolvedAttributes> attributes;  ///< a copy: the document may forget its own
     const FontFace* face = nullptr;
-    uint32_t shaping = 0;         ///< TextStyles::shapingStyle
-    uint16_t language = 0;        ///< of the hyphenator
-    double nominalSize = 12;      ///< the point size as set: leading and first baselines count with it
-    double size = 12;             ///< of the glyphs, after superior, inferior and small capitals
+    uint32_t shaping = 0;     ///< TextStyles::shapingStyle
+    uint16_t language = 0;    ///< of the hyphenator
+    double nominalSize = 12;  ///< the point size as set: leading and first baselines count with it
+    double size = 12;         ///< of the glyphs, after superior, inferior and small capitals
     double horizontalScale = 1, verticalScale = 1, skew = 0;
-    double rise = 0;              ///< above the baseline
-    double emUnit = 0.012;        ///< one thousandth of the em, horizontally scaled
-    double tracking = 0;          ///< behind every cluster
-    uint32_t spaceGlyph = 0;      ///< 0: the face has none
-    double spaceAdvance = 3;      ///< of U+0020 without tracking
+    double rise = 0;          ///< above the baseline
+    double emUnit = 0.012;    ///< one thousandth of the em, horizontally scaled
+    double tracking = 0;      ///< behind every cluster
+    uint32_t spaceGlyph = 0;  ///< 0: the face has none
+    double spaceAdvance = 3;  ///< of U+0020 without tracking
     double leading = 14.4;
     double ascent = 0, capHeight = 0, xHeight = 0;
     std::shared_ptr<const TextPaint> paint;

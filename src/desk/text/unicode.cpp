@@ -13,7 +13,9 @@
 namespace desk::unicode {
 namespace {
 
-int lineBreakClass(char32_t c) { return u_getIntPropertyValue(static_cast<UChar32>(c), UCHAR_LINE_BREAK); }
+int lineBreakClass(char32_t c) {
+    return u_getIntPropertyValue(static_cast<UChar32>(c), UCHAR_LINE_BREAK);
+}
 
 using CaseMapping = int32_t (*)(UChar*, int32_t, const UChar*, int32_t, const char*, UErrorCode*);
 
@@ -52,10 +54,18 @@ void append(std::u16string& text, char32_t codePoint) {
     }
 }
 
-bool isLetter(char32_t c) { return u_isalpha(static_cast<UChar32>(c)); }
-bool isMark(char32_t c) { return U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_M_MASK; }
-bool isUpperCase(char32_t c) { return u_isupper(static_cast<UChar32>(c)); }
-bool isLowerCase(char32_t c) { return u_islower(static_cast<UChar32>(c)); }
+bool isLetter(char32_t c) {
+    return u_isalpha(static_cast<UChar32>(c));
+}
+bool isMark(char32_t c) {
+    return U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_M_MASK;
+}
+bool isUpperCase(char32_t c) {
+    return u_isupper(static_cast<UChar32>(c));
+}
+bool isLowerCase(char32_t c) {
+    return u_islower(static_cast<UChar32>(c));
+}
 bool isDefaultIgnorable(char32_t c) {
     return u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_DEFAULT_IGNORABLE_CODE_POINT);
 }
@@ -67,8 +77,10 @@ bool turnsRightToLeft(char32_t c) {
         case U_ARABIC_NUMBER:
         case U_RIGHT_TO_LEFT_EMBEDDING:
         case U_RIGHT_TO_LEFT_OVERRIDE:
-        case U_RIGHT_TO_LEFT_ISOLATE: return true;
-        default: return false;
+        case U_RIGHT_TO_LEFT_ISOLATE:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -90,8 +102,10 @@ bool breaksAtSpaceBetween(char32_t before, char32_t after) {
         case U_LB_INFIX_NUMERIC:
         case U_LB_BREAK_SYMBOLS:
         case U_LB_WORD_JOINER:
-        case U_LB_ZWSPACE: return false;
-        default: break;
+        case U_LB_ZWSPACE:
+            return false;
+        default:
+            break;
     }
     const int last = lineBreakClass(before), next = lineBreakClass(after);
     if (last == U_LB_OPEN_PUNCTUATION) return false;

@@ -29,7 +29,8 @@ bool turnsRightToLeft(char32_t c);
 /// ISO 15924 as four big-endian bytes; 0 for characters of no script of their own (digits, punctuation, marks).
 uint32_t scriptTag(char32_t c);
 
-/// May a line end in spaces that stand between these two characters? (Unicode Annex 14, the rules that look over spaces.)
+/// May a line end in spaces that stand between these two characters? (Unicode Annex 14, the rules that look over
+/// spaces.)
 bool breaksAtSpaceBetween(char32_t before, char32_t after);
 
 /// Full case mapping by the rules of a language (BCP 47, may be empty); the length may change.

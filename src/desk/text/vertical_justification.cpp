@@ -17,8 +17,7 @@ void spread(const TextColumn& column, PlacedLines* first, PlacedLines* end, doub
     for (const PlacedLines* place = first; place != end; ++place) lines += place->baselines.size();
     const size_t gaps = static_cast<size_t>(end - first) - 1;
     if (lines < 2) return;
-    const double perParagraph =
-        gaps == 0 ? 0 : std::min(column.verticalThreshold, room / static_cast<double>(gaps));
+    const double perParagraph = gaps == 0 ? 0 : std::min(column.verticalThreshold, room / static_cast<double>(gaps));
     const double perLine = (room - perParagraph * static_cast<double>(gaps)) / static_cast<double>(lines - 1);
     double distance = -perLine;
     for (PlacedLines* place = first; place != end; ++place) {
@@ -37,10 +36,17 @@ void justifyVertically(const TextColumn& column, PlacedLines* first, PlacedLines
     const double room = column.area.bottom - std::prev(end)->baselines.back();
     if (room <= 0) return;
     switch (column.verticalJustification) {
-        case VerticalJustification::Top: break;
-        case VerticalJustification::Center: move(first, end, room / 2); break;
-        case VerticalJustification::Bottom: move(first, end, room); break;
-        case VerticalJustification::Justify: spread(column, first, end, room); break;
+        case VerticalJustification::Top:
+            break;
+        case VerticalJustification::Center:
+            move(first, end, room / 2);
+            break;
+        case VerticalJustification::Bottom:
+            move(first, end, room);
+            break;
+        case VerticalJustification::Justify:
+            spread(column, first, end, room);
+            break;
     }
 }
 

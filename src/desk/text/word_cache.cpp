@@ -24,9 +24,13 @@ bool hasNoOpportunity(std::u16string_view text) {
 }
 
 /// Says where a line may end and shows nothing: no glyph stands for it, so that it isn't copied out of a PDF.
-bool marksABreak(char16_t c) { return c == softHyphen || c == 0x200B; }
+bool marksABreak(char16_t c) {
+    return c == softHyphen || c == 0x200B;
+}
 
-bool isControl(char16_t c) { return c < 0x20; }
+bool isControl(char16_t c) {
+    return c < 0x20;
+}
 
 }  // namespace
 
@@ -40,7 +44,8 @@ WordCache::WordCache(const TextStyles& styles, FontLibrary& fonts, Hyphenator& h
     : styles_(styles), fonts_(fonts), hyphenator_(hyphenator), words_(rememberedWords) {}
 
 Word* WordCache::find(std::u16string_view text, uint32_t shaping, bool rightToLeft, WordContext context) {
-    const Lookup lookup{text, shaping, static_cast<uint8_t>(static_cast<uint8_t>(context) << 1 | (rightToLeft ? 1 : 0))};
+    const Lookup lookup{text, shaping,
+                        static_cast<uint8_t>(static_cast<uint8_t>(context) << 1 | (rightToLeft ? 1 : 0))};
     if (std::unique_ptr<Word>* known = words_.find(lookup)) return known->get();
     auto word = std::make_unique<Word>();
     word->text = text;
@@ -54,7 +59,8 @@ void WordCache::shape(Word& word, const ShapingStyle& style, WordContext context
     substituted_ = word.text;
     for (const Stretch& stretch : stretches_)
         for (uint32_t at = stretch.start; at < stretch.end; ++at)
-            if (spaceWidth(substituted_[at]) && stretch.face->glyphForCharacter(substituted_[at]) == 0) substituted_[at] = u' ';
+            if (spaceWidth(substituted_[at]) && stretch.face->glyphForCharacter(substituted_[at]) == 0)
+                substituted_[at] = u' ';
     // Runs of one word all go the same way: visual order begins with the last.
     if (word.rightToLeft) std::reverse(stretches_.begin(), stretches_.end());
     for (const Stretch& stretch : stretches_) addSegment(word, stretch, style, substituted_, context);
@@ -70,8 +76,8 @@ void WordCache::shape(Word& word, const ShapingStyle& style, WordContext context
 }
 
 const FontFace* WordCache::faceFor(char32_t character, const FontFace& wanted) {
-    if (wanted.glyphForCharacter(character) != 0 || unicode::isDefaultIgnorable(character) ||
-        spaceWidth(character) || character < 0x20)
+    if (wanted.glyphForCharacter(character) != 0 || unicode::isDefaultIgnorable(character) || spaceWidth(character) ||
+        character < 0x20)
         return &wanted;
     if (const FontFace* other = fonts_.fallback(character, wanted)) return other;
     if (missing_.find(character) == std::u32string::npos) missing_ += character;
@@ -127,7 +133,8 @@ void WordCache::addSegment(Word& word, const Stretch& stretch, const ShapingStyl
         added.xOffset = glyph.xOffset;
         added.yOffset = glyph.yOffset;
         added.cluster = static_cast<uint16_t>(at);
-        if (shapedText[at] != word.text[at]) added.advance = static_cast<float>(widthOfSpace(word.text[at], *stretch.face));
+        if (shapedText[at] != word.text[at])
+            added.advance = static_cast<float>(widthOfSpace(word.text[at], *stretch.face));
         word.glyphs.push_back(added);
     }
     segment.glyphCount = static_cast<uint32_t>(word.glyphs.size()) - segment.firstGlyph;
@@ -175,7 +182,8 @@ void WordCache::findBreaksInText(std::u16string_view text, uint16_t language, bo
         breaks.push_back(added);
     };
     for (const uint32_t at : opportunities_) {
-        for (; point < hyphenPoints_.size() && hyphenPoints_[point].offset < at; ++point) addPoint(hyphenPoints_[point]);
+        for (; point < hyphenPoints_.size() && hyphenPoints_[point].offset < at; ++point)
+            addPoint(hyphenPoints_[point]);
         while (point < hyphenPoints_.size() && hyphenPoints_[point].offset == at) ++point;
         WordBreak added;
         added.offset = static_cast<uint16_t>(at);

@@ -19,8 +19,8 @@ namespace desk {
 struct WordGlyph {
     uint32_t glyph = 0;
     float advance = 0, xOffset = 0, yOffset = 0;
-    uint16_t cluster = 0;  ///< UTF-16 index in the word
-    uint16_t length = 0;   ///< UTF-16 units that the cluster stands for, at its first glyph in visual order; else 0
+    uint16_t cluster = 0;      ///< UTF-16 index in the word
+    uint16_t length = 0;       ///< UTF-16 units that the cluster stands for, at its first glyph in visual order; else 0
     bool endsCluster = false;  ///< tracking comes behind it
 };
 
@@ -48,7 +48,7 @@ struct WordBreak {
     uint8_t lettersBefore = 0, lettersAfter = 0;
     uint16_t clustersBefore = 0;  ///< the hyphen included
     uint16_t clustersAfter = 0;
-    double advanceBefore = 0;     ///< of what is left of it, the hyphen included, shaped by itself
+    double advanceBefore = 0;  ///< of what is left of it, the hyphen included, shaped by itself
     double advanceAfter = 0;
 };
 
@@ -83,7 +83,8 @@ class WordCache {
     Word* tailOf(const Word& word, uint32_t shaping, uint16_t offset);
 
     /// Break opportunities and hyphenation points of a piece of text without spaces; the widths are not filled in.
-    void findBreaksInText(std::u16string_view text, uint16_t language, bool withHyphens, std::vector<WordBreak>& breaks);
+    void findBreaksInText(std::u16string_view text, uint16_t language, bool withHyphens,
+                          std::vector<WordBreak>& breaks);
 
     void endGeneration() { words_.endGeneration(); }
     const std::u32string& missingCharacters() const { return missing_; }
@@ -108,7 +109,8 @@ class WordCache {
         using is_transparent = void;
         template <class A, class B>
         bool operator()(const A& a, const B& b) const {
-            return a.shaping == b.shaping && a.flags == b.flags && std::u16string_view(a.text) == std::u16string_view(b.text);
+            return a.shaping == b.shaping && a.flags == b.flags &&
+                   std::u16string_view(a.text) == std::u16string_view(b.text);
         }
     };
     struct Stretch {

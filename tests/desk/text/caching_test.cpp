@@ -94,8 +94,10 @@ TEST(Caching, MemoryOfParagraphsIsBounded) {
     PageItem& frame = d.frame(story, {0, 0, 100, 100});
     const auto first = small.frameLayout(frame.uid)->paragraphs[0].paragraph;
     for (int i = 0; i < 40; ++i) {
-        TextDocument::fill(story, u"word" + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) + u"x" +
-                                      std::u16string(static_cast<size_t>(i), u'y'), d.paragraph());
+        TextDocument::fill(story,
+                           u"word" + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) + u"x" +
+                               std::u16string(static_cast<size_t>(i), u'y'),
+                           d.paragraph());
         small.compose(story.uid);
     }
     TextDocument::fill(story, u"start", d.paragraph());
@@ -123,23 +125,30 @@ TEST(Caching, WhatIsRememberedEqualsWhatIsComposedAnewAfterAnyEdits) {
     TextAttributes a;
     a.hyphenation = true;
     a.justification = Justification::LeftJustified;
-    Story& story = d.story(u"The quick brown fox jumps over the lazy dog while international organisations deliberate.", a);
+    Story& story =
+        d.story(u"The quick brown fox jumps over the lazy dog while international organisations deliberate.", a);
     d.frame(story, {0, 0, 120, 60});
     d.frame(story, {200, 0, 290, 300});
     TextAttributes bold;
     bold.fontStyle = "Bold";
     const CharacterFormatId boldFormat = d.character(bold);
-    const std::vector<std::u16string> inserts = {u" hyphenation", u"\r", u" fi", u"\u00ad", u" \u2028", u" very long words",
-                                                 u"-", u"\t", u" \u05d0\u05d1", u"\u00a0"};
+    const std::vector<std::u16string> inserts = {u" hyphenation",     u"\r", u" fi", u"\u00ad",        u" \u2028",
+                                                 u" very long words", u"-",  u"\t",  u" \u05d0\u05d1", u"\u00a0"};
     Composer remembering(d.document, fonts(), {"/usr/share/hyphen", 64, 8});
     std::mt19937 random(99);
     for (int round = 0; round < 250; ++round) {
         const int32_t length = story.content().length();
         const int32_t at = static_cast<int32_t>(random() % static_cast<unsigned>(length));
         switch (random() % 4) {
-            case 0: story.erase(at, static_cast<int32_t>(random() % 12)); break;
-            case 1: story.setCharacterFormat(at, static_cast<int32_t>(random() % 9), random() % 2 ? boldFormat : 0); break;
-            default: story.insert(at, inserts[random() % inserts.size()]); break;
+            case 0:
+                story.erase(at, static_cast<int32_t>(random() % 12));
+                break;
+            case 1:
+                story.setCharacterFormat(at, static_cast<int32_t>(random() % 9), random() % 2 ? boldFormat : 0);
+                break;
+            default:
+                story.insert(at, inserts[random() % inserts.size()]);
+                break;
         }
         const StoryLayout& kept = remembering.compose(story.uid);
         Composer fresh(d.document, fonts());
@@ -158,7 +167,8 @@ TEST(Caching, WhatIsRememberedEqualsWhatIsComposedAnewAfterAnyEdits) {
 
 TEST(Caching, TextOfAThreadIsShownWithoutGapsAfterAnyEdits) {
     TextDocument d;
-    Story& story = d.story(u"Start of a text that goes through three frames of different widths and never loses a letter");
+    Story& story =
+        d.story(u"Start of a text that goes through three frames of different widths and never loses a letter");
     d.frame(story, {0, 0, 90, 40});
     d.frame(story, {200, 0, 320, 30});
     d.frame(story, {400, 0, 460, 500});
@@ -166,8 +176,10 @@ TEST(Caching, TextOfAThreadIsShownWithoutGapsAfterAnyEdits) {
     for (int round = 0; round < 200; ++round) {
         const int32_t length = story.content().length();
         const int32_t at = static_cast<int32_t>(random() % static_cast<unsigned>(length));
-        if (random() % 3 == 0) story.erase(at, static_cast<int32_t>(random() % 20));
-        else story.insert(at, random() % 4 == 0 ? u"\r" : u" inserted words");
+        if (random() % 3 == 0)
+            story.erase(at, static_cast<int32_t>(random() % 20));
+        else
+            story.insert(at, random() % 4 == 0 ? u"\r" : u" inserted words");
         const StoryLayout& layout = d.compose(story);
         int32_t next = 0;
         for (const auto& frame : layout.frames) {

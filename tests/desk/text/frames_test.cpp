@@ -5,11 +5,15 @@ namespace desk::testing {
 namespace {
 
 const std::u16string kLong =
-    u"Lorem ipsum dolor sit amet, consectetur adipiscing elit, sed do eiusmod tempor incididunt ut labore et dolore magna "
-    u"aliqua, quis nostrud exercitation ullamco laboris nisi ut aliquip ex ea commodo consequat. Duis aute irure dolor in "
+    u"Lorem ipsum dolor sit amet, consectetur adipiscing elit, sed do eiusmod tempor incididunt ut labore et dolore "
+    u"magna "
+    u"aliqua, quis nostrud exercitation ullamco laboris nisi ut aliquip ex ea commodo consequat. Duis aute irure dolor "
+    u"in "
     u"reprehenderit in voluptate velit esse cillum dolore eu fugiat nulla pariatur.";
 
-double ascent(double size = 10) { return fonts().face("Liberation Sans", "Regular").ascent() * size / 1000; }
+double ascent(double size = 10) {
+    return fonts().face("Liberation Sans", "Regular").ascent() * size / 1000;
+}
 
 std::vector<double> baselinesOf(const StoryLayout& layout) {
     std::vector<double> result;
@@ -34,10 +38,12 @@ TEST(Frames, FirstBaselineLiesAnAscentBelowTheTop) {
 
 TEST(Frames, FirstBaselineFollowsTheFramesRule) {
     const FontFace& face = fonts().face("Liberation Sans", "Regular");
-    const std::vector<std::pair<FirstBaseline, double>> rules = {
-        {FirstBaseline::AscentOffset, face.ascent() / 100}, {FirstBaseline::CapHeight, face.capHeight() / 100},
-        {FirstBaseline::XHeight, face.xHeight() / 100},     {FirstBaseline::LeadingOffset, 12},
-        {FirstBaseline::EmboxHeight, 10},                   {FirstBaseline::FixedHeight, 3}};
+    const std::vector<std::pair<FirstBaseline, double>> rules = {{FirstBaseline::AscentOffset, face.ascent() / 100},
+                                                                 {FirstBaseline::CapHeight, face.capHeight() / 100},
+                                                                 {FirstBaseline::XHeight, face.xHeight() / 100},
+                                                                 {FirstBaseline::LeadingOffset, 12},
+                                                                 {FirstBaseline::EmboxHeight, 10},
+                                                                 {FirstBaseline::FixedHeight, 3}};
     for (const auto& [rule, offset] : rules) {
         TextDocument d;
         Story& story = d.story(u"a");
@@ -376,8 +382,10 @@ TEST(Frames, TextAvoidsABoxThatItWrapsAround) {
     bool beside = false;
     for (const SeenLine& line : linesOf(d.compose(story))) {
         const bool overlaps = line.baseline - ascent() < 62 && line.baseline > 18;
-        if (overlaps) EXPECT_GE(line.x, 86 - 1e-6);
-        else EXPECT_NEAR(line.x, 0, 1e-6);
+        if (overlaps)
+            EXPECT_GE(line.x, 86 - 1e-6);
+        else
+            EXPECT_NEAR(line.x, 0, 1e-6);
         beside = beside || overlaps;
         EXPECT_LE(line.right, 200.001);
     }
@@ -446,8 +454,8 @@ TEST(Frames, PageNumbersAreThoseOfTheFramesPage) {
 TEST(Frames, ContinuationNamesThePagesOfTheNeighbours) {
     TextDocument d;
     d.addPage("2");
-    const std::u16string text = u"to " + std::u16string(1, marker::nextPageNumber) + u"\rfrom " +
-                                std::u16string(1, marker::previousPageNumber);
+    const std::u16string text =
+        u"to " + std::u16string(1, marker::nextPageNumber) + u"\rfrom " + std::u16string(1, marker::previousPageNumber);
     Story& story = d.story(text);
     d.frame(story, {0, 0, 100, ascent() + 1});
     d.frame(story, {700, 0, 800, 50});

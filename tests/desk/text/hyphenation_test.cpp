@@ -55,7 +55,8 @@ TEST(Hyphenation, LanguageNamesOfDocumentsAreKnown) {
 }
 
 /// The narrowest frame that shows the word's first line as `head`; its line texts.
-std::vector<std::u16string> divided(const std::u16string& text, const TextAttributes& more, const std::u16string& head) {
+std::vector<std::u16string> divided(const std::u16string& text, const TextAttributes& more,
+                                    const std::u16string& head) {
     TextDocument d;
     TextAttributes a;
     a.hyphenation = true;
@@ -117,8 +118,10 @@ TEST(Hyphenation, GlyphsOfAHyphenatedLineFillItToTheMeasure) {
     a.hyphenation = true;
     a.justification = Justification::LeftJustified;
     a.language = "$ID/German: 2006 Reform";
-    Story& story = d.story(u"Bürgermeisterämter und Donaudampfschifffahrtsgesellschaften verhandelten wochenlang über die "
-                           u"Straßenbeleuchtungsverordnung der Nachbargemeinden.", a);
+    Story& story = d.story(
+        u"Bürgermeisterämter und Donaudampfschifffahrtsgesellschaften verhandelten wochenlang über die "
+        u"Straßenbeleuchtungsverordnung der Nachbargemeinden.",
+        a);
     d.frame(story, {0, 0, 110, 500});
     const auto lines = linesOf(d.compose(story));
     bool any = false;

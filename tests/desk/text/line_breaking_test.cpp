@@ -39,8 +39,7 @@ Paragraph randomParagraph(std::mt19937& random) {
     std::uniform_real_distribution<double> width(4, 46);
     for (int word = 0; word < words; ++word) {
         const double whole = width(random);
-        if (whole > 18 && random() % 2)
-            result.place(BreakKind::Hyphen, plus(at, whole / 2 + 3), plus(at, whole / 2));
+        if (whole > 18 && random() % 2) result.place(BreakKind::Hyphen, plus(at, whole / 2 + 3), plus(at, whole / 2));
         const Extent end = plus(at, whole);
         at = plus(end, 2.5, 0.9, 0.5);
         const bool last = word + 1 == words;
@@ -50,7 +49,8 @@ Paragraph randomParagraph(std::mt19937& random) {
     return result;
 }
 
-/// The slow, obvious way: every sequence of lines is a path through states; the best cost to each state is kept in a map.
+/// The slow, obvious way: every sequence of lines is a path through states; the best cost to each state is kept in a
+/// map.
 struct Best {
     double cost = std::numeric_limits<double>::infinity();
     bool found = false;
@@ -58,8 +58,8 @@ struct Best {
 
 using StateKey = std::tuple<uint32_t, uint8_t, uint32_t>;  // line, fitness, hyphens above
 
-Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<double>& measures, const BreakingRules& rules,
-              double tolerance) {
+Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<double>& measures,
+              const BreakingRules& rules, double tolerance) {
     std::vector<std::map<StateKey, double>> states(places.size());
     states[0][{0, 1, 0}] = 0;
     for (uint32_t to = 1; to < places.size(); ++to) {
@@ -74,7 +74,8 @@ Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<doubl
             for (const auto& [key, cost] : states[from]) {
                 const auto [number, fitness, hyphens] = key;
                 const double measure = measures[std::min<size_t>(number, measures.size() - 1)];
-                const LineCost lineCost = costOfLine(line, measure, places[to].kind == BreakKind::End, tolerance, rules);
+                const LineCost lineCost =
+                    costOfLine(line, measure, places[to].kind == BreakKind::End, tolerance, rules);
                 if (!lineCost.fits || breaksLadderLimit(places[to].kind, hyphens, rules)) continue;
                 const double total = cost + demerits(lineCost, places[to].kind, rules, from == 0, fitness, hyphens);
                 const bool hyphenated = places[to].kind == BreakKind::Hyphen;
@@ -92,8 +93,8 @@ Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<doubl
     return best;
 }
 
-double costOf(const std::vector<BreakCandidate>& places, const std::vector<double>& measures, const BreakingRules& rules,
-              const std::vector<uint32_t>& ends) {
+double costOf(const std::vector<BreakCandidate>& places, const std::vector<double>& measures,
+              const BreakingRules& rules, const std::vector<uint32_t>& ends) {
     double total = 0;
     uint32_t from = 0, hyphens = 0, number = 0;
     uint8_t fitness = 1;
@@ -128,8 +129,8 @@ TEST_P(LineBreakingOracle, FindsWhatTheExhaustiveSearchFinds) {
         if (measureKind == 1) measures = {80, 100};
         if (measureKind == 2) measures = {100, 100, 70, 130};
         std::vector<uint32_t> ends;
-        breaker.breakTotalFit(paragraph.places, {measures.data(), static_cast<uint32_t>(measures.size())}, rules, nullptr,
-                              ends);
+        breaker.breakTotalFit(paragraph.places, {measures.data(), static_cast<uint32_t>(measures.size())}, rules,
+                              nullptr, ends);
         Best best;
         for (const double tolerance : tolerances) {
             best = cheapest(paragraph.places, measures, rules, tolerance);

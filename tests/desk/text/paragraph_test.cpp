@@ -5,7 +5,8 @@ namespace desk::testing {
 namespace {
 
 const std::u16string kLorem =
-    u"Lorem ipsum dolor sit amet, consectetur adipiscing elit, sed do eiusmod tempor incididunt ut labore et dolore magna "
+    u"Lorem ipsum dolor sit amet, consectetur adipiscing elit, sed do eiusmod tempor incididunt ut labore et dolore "
+    u"magna "
     u"aliqua, quis nostrud exercitation ullamco laboris nisi ut aliquip ex ea commodo consequat.";
 
 TextAttributes with(Justification justification) {
@@ -54,7 +55,8 @@ TEST(Paragraph, RightAlignedLinesEndAtTheRightWithoutTheirSpaces) {
 
 TEST(Paragraph, CenteredLinesHaveEqualRoomOnBothSides) {
     TextDocument d;
-    for (const SeenLine& line : set(d, kLorem, with(Justification::Center))) EXPECT_NEAR(line.x, 160 - line.right, 1e-3);
+    for (const SeenLine& line : set(d, kLorem, with(Justification::Center)))
+        EXPECT_NEAR(line.x, 160 - line.right, 1e-3);
 }
 
 TEST(Paragraph, TrailingSpacesNeverPushAWordToTheNextLine) {

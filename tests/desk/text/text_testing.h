@@ -53,9 +53,7 @@ class TextDocument {
         all.overlay(overrides);
         return document.paragraphFormatId({0, all});
     }
-    CharacterFormatId character(const TextAttributes& overrides) {
-        return document.characterFormatId({0, overrides});
-    }
+    CharacterFormatId character(const TextAttributes& overrides) { return document.characterFormatId({0, overrides}); }
 
     Story& story(std::u16string text, const TextAttributes& overrides = {}) {
         Story& added = document.addStory();
@@ -132,7 +130,8 @@ inline std::vector<SeenLine> linesOf(const FrameLayout& layout) {
                 for (const PlacedGlyph& glyph : run.glyphs) {
                     if (first) seen.x = x;
                     first = false;
-                    const auto text = std::u16string_view(placed.paragraph->text).substr(glyph.textStart, glyph.textLength);
+                    const auto text =
+                        std::u16string_view(placed.paragraph->text).substr(glyph.textStart, glyph.textLength);
                     seen.text += text;
                     x += glyph.advance;
                     if (text != u" ") seen.right = x;

@@ -10,7 +10,8 @@ namespace {
 
 /// Where words are cut at spaces, the question over the spaces must agree with the whole algorithm.
 TEST(Unicode, BreakAtASpaceAgreesWithTheWholeAlgorithm) {
-    const std::u16string sample = u"aZ9.,;:!?-–—()[]{}«»„“”‚’'\"/%€$§&@*+=…·•\u00a0\u2007\u3001\u3002あァ漢\u0e01\u05d0\u0628\u2014\u2060";
+    const std::u16string sample =
+        u"aZ9.,;:!?-–—()[]{}«»„“”‚’'\"/%€$§&@*+=…·•\u00a0\u2007\u3001\u3002あァ漢\u0e01\u05d0\u0628\u2014\u2060";
     LineBreaks breaks;
     std::vector<uint32_t> positions;
     int asked = 0;
