@@ -34,24 +34,31 @@ bool isControl(char16_t c) {
 
 }  // namespace
 
-size_t WordCache::Hash::operator()(const Lookup& key) const {
-    uint64_t hash = 0x9E3779B97F4A7C15ull * (key.shaping * 4u + key.flags + 1u);
-    for (const char16_t unit : key.text) hash = (hash ^ unit) * 0x100000001B3ull;
-    return static_cast<size_t>(hash ^ (hash >> 29));
-}
-
 WordCache::WordCache(const TextStyles& styles, FontLibrary& fonts, Hyphenator& hyphenator, size_t rememberedWords)
-    : styles_(styles), fonts_(fonts), hyphenator_(hyphenator), words_(rememberedWords) {}
+    : styles_(styles), fonts_(fonts), hyphenator_(hyphenator), rememberedWords_(rememberedWords) {}
 
 Word* WordCache::find(std::u16string_view text, uint32_t shaping, bool rightToLeft, WordContext context) {
-    const Lookup lookup{text, shaping,
-                        static_cast<uint8_t>(static_cast<uint8_t>(context) << 1 | (rightToLeft ? 1 : 0))};
-    if (std::unique_ptr<Word>* known = words_.find(lookup)) return known->get();
-    auto word = std::make_unique<Word>();
-    word->text = text;
-    word->rightToLeft = rightToLeft;
-    shape(*word, styles_.shapingStyle(shaping), context);
-    return words_.add(Key{std::u16string(text), shaping, lookup.flags}, std::move(word)).get();
+    const WordKey key{text, shaping, static_cast<uint8_t>(static_cast<uint8_t>(context) << 1 | (rightToLeft ? 1 : 0))};
+    const uint64_t hash = hashOf(key);
+    if (Word* known = words_.find(key, hash)) return known;
+    std::unique_ptr<Word> word = olderWords_.take(key, hash);
+    if (!word) {
+        word = std::make_unique<Word>();
+        word->text = text;
+        word->shaping = shaping;
+        word->flags = key.flags;
+        word->rightToLeft = rightToLeft;
+        shape(*word, styles_.shapingStyle(shaping), context);
+    }
+    Word* const result = word.get();
+    words_.add(hash, std::move(word));
+    return result;
+}
+
+void WordCache::endGeneration() {
+    if (words_.size() < rememberedWords_) return;
+    olderWords_ = std::move(words_);
+    words_ = WordTable();
 }
 
 void WordCache::shape(Word& word, const ShapingStyle& style, WordContext context) {

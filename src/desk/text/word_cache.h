@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "desk/fonts/font_face.h"
-#include "desk/text/generation_cache.h"
 #include "desk/text/text_style.h"
 #include "desk/text/unicode.h"
+#include "desk/text/word_table.h"
 
 namespace desk {
 
@@ -54,6 +54,8 @@ struct WordBreak {
 
 struct Word {
     std::u16string text;
+    uint32_t shaping = 0;  ///< under what it is remembered, with its text
+    uint8_t flags = 0;
     std::vector<WordGlyph> glyphs;  ///< in visual order
     std::vector<WordSegment> segments;
     double advance = 0;
@@ -86,33 +88,11 @@ class WordCache {
     void findBreaksInText(std::u16string_view text, uint16_t language, bool withHyphens,
                           std::vector<WordBreak>& breaks);
 
-    void endGeneration() { words_.endGeneration(); }
+    /// Call where no word is held.
+    void endGeneration();
     const std::u32string& missingCharacters() const { return missing_; }
 
   private:
-    struct Key {
-        std::u16string text;
-        uint32_t shaping = 0;
-        uint8_t flags = 0;
-    };
-    struct Lookup {
-        std::u16string_view text;
-        uint32_t shaping = 0;
-        uint8_t flags = 0;
-    };
-    struct Hash {
-        using is_transparent = void;
-        size_t operator()(const Key& key) const { return (*this)(Lookup{key.text, key.shaping, key.flags}); }
-        size_t operator()(const Lookup& key) const;
-    };
-    struct Equal {
-        using is_transparent = void;
-        template <class A, class B>
-        bool operator()(const A& a, const B& b) const {
-            return a.shaping == b.shaping && a.flags == b.flags &&
-                   std::u16string_view(a.text) == std::u16string_view(b.text);
-        }
-    };
     struct Stretch {
         uint32_t start = 0, end = 0;
         const FontFace* face = nullptr;
@@ -130,7 +110,9 @@ class WordCache {
     FontLibrary& fonts_;
     Hyphenator& hyphenator_;
     unicode::LineBreaks lineBreaks_;
-    GenerationCache<Key, std::unique_ptr<Word>, Hash, Equal> words_;
+    // Two generations: what nobody asked for while a whole one filled goes.
+    WordTable words_, olderWords_;
+    size_t rememberedWords_;
     std::u32string missing_;
 
     std::vector<Stretch> stretches_;
