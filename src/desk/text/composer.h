@@ -34,7 +34,8 @@ class Composer {
     /// spread shows the numbers of the document page that it is asked for; 0 asks for those of the master itself.
     std::shared_ptr<const FrameLayout> frameLayout(Uid frame, Uid page = 0);
 
-    /// Geometry, styles or threads changed: forget the frames and paragraphs.
+    /// Styles, page names or other items' places changed: forget the frames and paragraphs; words stay. A frame whose own
+    /// revision grew and a thread that changed are seen without this.
     void forget();
 
     /// Characters that no font of the machine has, each once, in the order met.
