@@ -101,6 +101,8 @@ void StoryParagraphs::fillMarkers(const TextColumn& column) {
         return found ? utf16(found->name) : std::u16string();
     };
     source_.markers.pageNumber = nameOf(column.page);
+    const Page* page = document_.page(column.page);
+    source_.markers.sectionMarker = page ? utf16(page->sectionMarker) : std::u16string();
     for (const TextColumn& other : *columns_) {
         if (other.frameIndex == column.frameIndex + 1) source_.markers.nextPageNumber = nameOf(other.page);
         if (other.frameIndex + 1 == column.frameIndex) source_.markers.previousPageNumber = nameOf(other.page);

@@ -154,9 +154,14 @@ TEST(FontLibrary, AFileThatIsDamagedGivesWayToTheNextBest) {
     fonts.addFolder(folder.path());
     ASSERT_TRUE(fonts.hasFace("Open Sans", "Light"));
     fs::remove(file);
-    EXPECT_EQ(fonts.face("Open Sans", "Light").family(), "Liberation Sans");
+    // What stands in is what the machine alone would give.
+    FontLibrary machine;
+    if (machine.hasFamily("Open Sans")) GTEST_SKIP() << "the machine has Open Sans itself";
+    const std::string& nextBest = machine.face("Open Sans", "Light").family();
+    EXPECT_EQ(fonts.face("Open Sans", "Light").family(), nextBest);
+    EXPECT_NE(nextBest, "Open Sans");
     ASSERT_EQ(fonts.replacements().size(), 1u);
-    EXPECT_EQ(fonts.replacements()[0].usedFamily, "Liberation Sans");
+    EXPECT_EQ(fonts.replacements()[0].usedFamily, nextBest);
 }
 
 TEST(FontLibrary, RefusesAFolderThatIsNotThereByItsName) {

@@ -48,5 +48,12 @@ TEST_F(MasterPages, TextWithoutNumbersIsSharedByAllPages) {
     EXPECT_EQ(texts.composer().frameLayout(frame->uid, first), texts.composer().frameLayout(frame->uid, second));
 }
 
+TEST_F(MasterPages, SectionMarkerIsThatOfThePage) {
+    texts.document.page(second)->sectionMarker = "Chapter Two";
+    TextDocument::fill(*story, std::u16string(u"In ") + marker::sectionMarker, texts.paragraph());
+    EXPECT_EQ(shownOn(first), u"In ");
+    EXPECT_EQ(shownOn(second), u"In Chapter Two");
+}
+
 }  // namespace
 }  // namespace desk::testing
