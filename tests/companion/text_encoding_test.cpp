@@ -41,6 +41,10 @@ struct DetectedCase {
     TextEncoding encoding;
 };
 
+void PrintTo(const DetectedCase& tested, std::ostream* out) {
+    *out << tested.what;
+}
+
 class Detected : public testing::TestWithParam<DetectedCase> {};
 
 TEST_P(Detected, IsTheEncoding) {
