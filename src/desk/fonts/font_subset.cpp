@@ -46,7 +46,7 @@ std::vector<uint8_t> bytesOf(hb_blob_t* blob) {
     return {data, data + size};
 }
 
-/// Reads a CFF table (Adobe Technical Note 5176); reading past the end throws.
+/// Reads a CFF table (Technical Note 5176, the Compact Font Format); reading past the end throws.
 class CffReader {
   public:
     explicit CffReader(const std::vector<uint8_t>& bytes) : bytes_(bytes) {}
