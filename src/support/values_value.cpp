@@ -90,7 +90,7 @@ void describe(std::u16string& result, const Value& value, size_t depth) {
 
 template <class T, class Held>
 const T& heldOrNull(const Held& held) {
-    static const T absent;
+    static const T absent{};
     const T* found = std::get_if<T>(&held);
     return found != nullptr ? *found : absent;
 }
