@@ -21,7 +21,7 @@ class Ledger;
 class Border final : public IHost {
   public:
     Border();
-    ~Border();
+    ~Border() override;
     Border(const Border&) = delete;
     Border& operator=(const Border&) = delete;
 

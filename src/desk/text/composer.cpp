@@ -143,7 +143,7 @@ void Composer::State::layOut(ComposedStory& story, const StoryContent& content) 
     story.layout.overset = filled.overset && content.length() > 1;
 }
 
-Composer::Composer(const Document& document, FontLibrary& fonts, ComposerOptions options)
+Composer::Composer(const Document& document, FontLibrary& fonts, const ComposerOptions& options)
     : state_(std::make_unique<State>(document, fonts, options)) {}
 
 Composer::~Composer() = default;

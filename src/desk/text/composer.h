@@ -23,7 +23,7 @@ struct ComposerOptions {
 class Composer {
   public:
     /// Document and fonts must outlive the composer.
-    Composer(const Document& document, FontLibrary& fonts, ComposerOptions options = {});
+    Composer(const Document& document, FontLibrary& fonts, const ComposerOptions& options = {});
     ~Composer();
 
     /// The story set into its frames as it is now; a story without frames is overset with no frame layouts unless it is
@@ -34,8 +34,8 @@ class Composer {
     /// spread shows the numbers of the document page that it is asked for; 0 asks for those of the master itself.
     std::shared_ptr<const FrameLayout> frameLayout(Uid frame, Uid page = 0);
 
-    /// Styles, page names or other items' places changed: forget the frames and paragraphs; words stay. A frame whose own
-    /// revision grew and a thread that changed are seen without this.
+    /// Styles, page names or other items' places changed: forget the frames and paragraphs; words stay. A frame whose
+    /// own revision grew and a thread that changed are seen without this.
     void forget();
 
     /// Characters that no font of the machine has, each once, in the order met.
