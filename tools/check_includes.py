@@ -11,25 +11,42 @@ MAY_INCLUDE = {
     'host': ['host/api', 'support'],
     'records': ['host', 'host/api', 'support'],
     'placeholders': ['records', 'host', 'host/api', 'support'],
-    'merge': ['placeholders', 'records', 'host', 'host/api', 'support'],
+    'merge': ['placeholders', 'records', 'host', 'host/api', 'pdf', 'support'],
     'pdf': ['support'],
     'desk/model': [],
     'desk/fonts': ['desk/model'],
     'desk/text': ['desk/fonts', 'desk/model'],
     'desk/idml': ['desk/model'],
-    'desk/output': ['desk/text', 'desk/fonts', 'desk/model'],
-    'desk/border': ['desk/model', 'host/api'],
+    'desk/pictures': ['desk/model'],
+    'desk/output': ['desk/pictures', 'desk/text', 'desk/fonts', 'desk/model'],
+    'desk/border': ['desk/pictures', 'desk/model', 'host/api'],
     'desk': ['desk/model'],             # desk.h, what the desk shows
-    'desk/session': ['desk', 'desk/output', 'desk/text', 'desk/fonts', 'desk/idml', 'desk/border', 'desk/model',
+    'desk/session': ['desk', 'desk/output', 'desk/pictures', 'desk/text', 'desk/fonts', 'desk/idml', 'desk/border', 'desk/model',
                      'host/api'],
-    'companion': ['desk', 'desk/model', 'merge', 'placeholders', 'records', 'host', 'host/api', 'support'],
+    'companion': ['desk', 'desk/model', 'merge', 'placeholders', 'records', 'host', 'host/api', 'pdf',
+                  'support', 'tools/barcode'],
     'cli': ['companion'],
+    'tools/barcode': [],
+    'tools/barcode/program': ['tools/barcode'],
+    'tools/rasterise': [],
+    'widgets': ['support'],
+    'ui': ['companion', 'widgets', 'support'],
 }
 
 # Library: the only places that may include its headers.
 WRAPPERS = {
     r'hb(-\w+)?\.h|harfbuzz/.*|ft2build\.h|freetype/.*|fontconfig/.*': ['desk/fonts'],
-    r'libdeflate\.h': ['desk/output'],
+    r'libdeflate\.h': ['desk/output', 'desk/pictures', 'pdf'],
+    r'zlib\.h': ['pdf'],
+    r'qpdf/.*': ['pdf', 'desk/pictures'],
+    r'jpeglib\.h|jerror\.h': ['desk/pictures', 'pdf'],
+    r'png\.h|tiffio\.h|lcms2\.h': ['desk/pictures'],
+    r'zint\.h': ['tools/barcode'],
+    r'QtCore/.*|QtNetwork/.*': ['support', 'widgets', 'ui', 'tools/rasterise'],
+    r'QtGui/.*': ['widgets', 'ui', 'tools/rasterise'],
+    r'QtPdf/.*': ['tools/rasterise'],
+    r'QtWidgets/.*|QtUiTools/.*': ['widgets', 'ui'],
+    r'Q[A-Z]\w*': [],                   # Qt is included with its module's name, so that the lines above can tell
     r'zip\.h': ['desk/idml'],
     r'libxml/.*': ['desk/idml', 'support'],
     r'plist/.*': ['support'],
@@ -67,7 +84,7 @@ def main():
                 continue
             for pattern, places in WRAPPERS.items():
                 if re.fullmatch(pattern, target) and folder not in places:
-                    offenders.append(f'{relative}:{number}: {target} belongs in {", ".join(places)} alone')
+                    offenders.append(f'{relative}:{number}: {target} belongs in {", ".join(places) or "no folder"} alone')
     print('\n'.join(offenders) if offenders else 'every include points down')
     return 1 if offenders else 0
 
