@@ -109,6 +109,8 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
     for (const ReplacedFont& font : place.facts().replacedFonts)
         result.replacedFonts.emplace_back(font.asked, font.used);
     result.missingCharacters = place.open().missingCharacters();
+    Warnings warnings(watcher, result);
+    for (const std::string& simplification : place.open().simplifications()) warnings.add(simplification);
 }
 
 void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan, const vornaset::Dictionary& job,

@@ -101,6 +101,9 @@ class Template {
     /// as the plug-ins left it. Throws InputError (output can't be written), PlugInFailure.
     ExportOutcome exportPdf(const ExportRequest& request);
 
+    /// What the last finished export drew plainer than the template asks: clauses without a full stop.
+    const std::vector<std::string>& simplifications() const;
+
     /// Every page item with a frame of its own, in page order, groups entered.
     std::vector<FrameInfo> frames() const;
 

@@ -83,7 +83,7 @@ std::vector<double> ShapePainter::dashesOf(const ItemAttributes& attributes, dou
     }
     const auto custom = document_.strokeStyles.find(type);
     if (custom != document_.strokeStyles.end() && !custom->second.empty()) return custom->second;
-    simplifications_.add("The stroke style \"" + name + "\" is drawn as a solid line.");
+    simplifications_.add("the stroke style \"" + name + "\" is drawn as a solid line");
     return {};
 }
 

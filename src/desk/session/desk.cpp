@@ -61,6 +61,7 @@ struct Template::State {
     std::unique_ptr<Composer> composer;
     std::unique_ptr<ComposedLayout> layout;
     IDataBase* dataBase = nullptr;
+    std::vector<std::string> simplifications;
 
     ~State() {
         if (dataBase) desk->border.close(*document);
@@ -112,7 +113,13 @@ IDataBase* Template::dataBase() {
 }
 
 ExportOutcome Template::exportPdf(const ExportRequest& request) {
-    return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, request);
+    state_->simplifications.clear();
+    return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, request,
+                     state_->simplifications);
+}
+
+const std::vector<std::string>& Template::simplifications() const {
+    return state_->simplifications;
 }
 
 std::vector<FrameInfo> Template::frames() const {

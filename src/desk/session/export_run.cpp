@@ -52,7 +52,7 @@ class Events {
 }  // namespace
 
 ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& document, Composer& composer,
-                        const ExportRequest& request) {
+                        const ExportRequest& request, std::vector<std::string>& simplifications) {
     const std::vector<Uid> pages = document.pages();
     if (pages.empty()) throw InputError(document.name + " has no pages: there is nothing to export");
     const uint64_t total = request.pageSets * pages.size();
@@ -77,6 +77,7 @@ ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& doc
     }
     events.end(static_cast<int32_t>(done));
     file.finish();
+    simplifications = file.simplifications();
     return ExportOutcome::Finished;
 }
 

@@ -8,8 +8,9 @@
 namespace desk {
 
 /// Event 0; for each page of each pass event 1, then the page; event 4. Event 4 is told after a failure too, so that a
-/// plug-in is never left with an open run. Throws InputError, PlugInFailure.
+/// plug-in is never left with an open run. simplifications is set to what was drawn plainer than the template asks, one
+/// clause each. Throws InputError, PlugInFailure.
 ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& document, Composer& composer,
-                        const ExportRequest& request);
+                        const ExportRequest& request, std::vector<std::string>& simplifications);
 
 }  // namespace desk

@@ -226,7 +226,7 @@ TEST_F(Page, CannedPatternsFollowTheWeightAndUnknownOnesAreSolidAndTold) {
     writer.writePage(test.page->uid);
     writer.writePage(test.page->uid);
     EXPECT_THAT(writer.simplifications().told(),
-                ::testing::ElementsAre("The stroke style \"Wavy\" is drawn as a solid line."));
+                ::testing::ElementsAre("the stroke style \"Wavy\" is drawn as a solid line"));
     writer.finish();
     EXPECT_THAT(pageContent(folder / "told.pdf", 1), Not(HasSubstr("]0 d")));
 }

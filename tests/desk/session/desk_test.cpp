@@ -101,6 +101,21 @@ TEST_F(Exporting, GoesOnWithoutAnyPlugIn) {
     EXPECT_TRUE(fs::exists(output()));
 }
 
+TEST_F(Exporting, TellsWhatItDrewPlainerThanTheTemplateAsks) {
+    EXPECT_EQ(opened->exportPdf(request(1)), ExportOutcome::Finished);
+    EXPECT_TRUE(opened->simplifications().empty());
+    PageItem* item = nullptr;
+    for (const FrameInfo& frame : opened->frames())
+        if (frame.kind != ItemKind::TextFrame) item = opened->document().item(frame.uid);
+    ASSERT_NE(item, nullptr) << "the letter has a drawn logo";
+    item->attributes.strokeWeight = 1;
+    item->attributes.strokeColor = "Color/Black";
+    item->attributes.strokeType = "StrokeStyle/$ID/Wavy";
+    EXPECT_EQ(opened->exportPdf(request(2)), ExportOutcome::Finished);
+    EXPECT_EQ(opened->simplifications(),
+              std::vector<std::string>{"the stroke style \"Wavy\" is drawn as a solid line"});
+}
+
 TEST_F(Exporting, AFailingPlugInEndsItWithItsOwnSentenceAndWithoutAFile) {
     listen();
     heard.failAtPage = 1;
