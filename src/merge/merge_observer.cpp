@@ -9,7 +9,15 @@ MergeObserver* gMergeObserver = nullptr;
 }  // namespace
 
 const char* nameOf(ProblemKind kind) {
-    return kind == ProblemKind::Overset ? "overset" : "missingImg";
+    switch (kind) {
+        case ProblemKind::Overset:
+            return "overset";
+        case ProblemKind::MissingImage:
+            return "missingImg";
+        case ProblemKind::ImportFailed:
+            return "importFailed";
+    }
+    return "";
 }
 
 MergeObserver* setMergeObserver(MergeObserver* observer) {

@@ -3,12 +3,17 @@
 
 #include "host/api/types.h"
 #include "support/exception.h"
+#include "support/values.h"
 
 namespace vornaset {
 
-enum class ProblemKind { Overset, MissingImage };
+enum class ProblemKind {
+    Overset,
+    MissingImage,
+    ImportFailed,  ///< a file that is there can't be imported; the observer alone is told
+};
 
-/// The kind as it stands on the pasteboard: "overset", "missingImg".
+/// The kind by name: "overset" and "missingImg", as they stand on the pasteboard, and "importFailed".
 const char* nameOf(ProblemKind kind);
 
 /// Where in a run something happened.
@@ -17,6 +22,8 @@ struct MergePlace {
     int64_t row = 0;      ///< that the frame shows, an index from 0 into the job's rows; may lie past the end
     UIDRef frame;         ///< of a story: its first frame
     UIDRef story;         ///< null for a picture
+    String column;        ///< of a picture: the column that feeds it; null for a story
+    String path;          ///< of a picture: the cell's file or code, or the file that can't be imported
 };
 
 /// Is told during the page events, on the thread that runs them. Must not throw and must not touch the document.

@@ -24,10 +24,37 @@ class IApplication : public IPMUnknown {
     virtual IDocumentList* QueryDocumentList() = 0;
 };
 
+/// The windows of one document, an interface of the document. Absent in a host without windows.
+class IPresentationList : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IPRESENTATIONLIST;
+    virtual void CloseAll() = 0;
+};
+
+/// How imported PDF files are read from now on; an interface of the session's workspace.
+class IPDFPlacePrefs : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IPDFPLACEPREFS;
+    virtual int32_t GetPage() = 0;  ///< from 1; 1 in a new session
+    /// Stays in force until it is set again. A page that a file of several pages doesn't have makes its import fail; a
+    /// file of one page is imported whatever stands here.
+    virtual void SetPage(int32_t page) = 0;
+};
+
+/// What happens around a PDF export; an interface of the session's workspace.
+class IPDFExportViewPrefs : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IPDFEXPORTVIEWPREFS;
+    virtual bool GetShowAfterExport() = 0;
+    virtual void SetShowAfterExport(bool show) = 0;
+};
+
 class IExecutionContextSession : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_IEXECUTIONCONTEXTSESSION;
     virtual IApplication* QueryApplication() = 0;
+    /// The session's settings with a reference for the caller; null in a host that keeps none.
+    virtual IPMUnknown* QueryWorkspace() { return nullptr; }
 };
 
 class IPageList : public IPMUnknown {
@@ -90,4 +117,19 @@ class IStoryList : public IPMUnknown {
     static constexpr PMIID kDefaultIID = IID_ISTORYLIST;
     virtual int32_t GetStoryCount() = 0;
     virtual UIDRef GetNthStory(int32_t index) = 0;  ///< UIDRef::gNull outside the list
+};
+
+/// Saves and closes one document. Each action has a question that is asked first; the action follows only when the
+/// answer is true. What came of an action is told by ErrorUtils::PMGetGlobalErrorCode.
+class IDocumentFileHandler : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IDOCUMENTFILEHANDLER;
+    virtual bool CanSave(const UIDRef& document) = 0;  ///< it has a file
+    virtual void Save(const UIDRef& document, K2::UIFlags flags) = 0;
+    virtual bool CanSaveAs(const UIDRef& document) = 0;
+    /// From now on this is the document's file.
+    virtual void SaveAs(const UIDRef& document, const IDFile& file, K2::UIFlags flags, int32_t, int32_t) = 0;
+    virtual bool CanSaveACopy(const UIDRef& document) = 0;
+    virtual void SaveACopy(const UIDRef& document, const IDFile& file, K2::UIFlags flags, int32_t, int32_t) = 0;
+    virtual void Close(const UIDRef& document, K2::UIFlags flags, int32_t, int32_t) = 0;
 };

@@ -68,6 +68,14 @@ ErrorCode ProcessCommand(IPMCommand* command) {
 
 }  // namespace CmdUtils
 
+namespace ErrorUtils {
+
+ErrorCode PMGetGlobalErrorCode() {
+    return installedHost ? installedHost->GlobalErrorCode() : kSuccess;
+}
+
+}  // namespace ErrorUtils
+
 namespace UtilsBoss {
 
 IPMUnknown* QueryUtils(PMIID service) {

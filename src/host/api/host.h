@@ -33,6 +33,7 @@ class IHost {
     virtual IPMCommand* CreateCommand(ClassID commandClass) = 0;
     virtual ErrorCode ProcessCommand(IPMCommand* command) = 0;
     virtual bool IsValidDataBase(IDataBase* database) = 0;
+    virtual ErrorCode GlobalErrorCode() { return kSuccess; }
 
   protected:
     virtual ~IHost() = default;

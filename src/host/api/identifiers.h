@@ -35,12 +35,34 @@ inline constexpr PMIID IID_ITABLESTYLENAMETABLE{42};
 inline constexpr PMIID IID_ICELLSTYLENAMETABLE{43};
 inline constexpr PMIID IID_IOBJECTSTYLENAMETABLE{44};
 inline constexpr PMIID IID_IPDFEXPORTSETUPPROVIDER{50};
+inline constexpr PMIID IID_IMARGINS{25};
+inline constexpr PMIID IID_IPRESENTATIONLIST{26};
+inline constexpr PMIID IID_IDOCUMENTFILEHANDLER{27};
+inline constexpr PMIID IID_ILAYOUTWINDOW{28};
+inline constexpr PMIID IID_IPDFPLACEPREFS{51};
+inline constexpr PMIID IID_IPDFEXPORTVIEWPREFS{52};
 inline constexpr PMIID IID_IPMCOMMAND{60};
+inline constexpr PMIID IID_IIMPORTRESOURCECMDDATA{61};
+inline constexpr PMIID IID_IOPENFILECMDDATA{62};
+inline constexpr PMIID IID_INEWSPREADCMDDATA{63};
+inline constexpr PMIID IID_INEWSPREADREFERENCECMDDATA{64};
+inline constexpr PMIID IID_INEWSPREADOPTIONCMDDATA{65};
 
 // Services of UtilsBoss
 inline constexpr PMIID IID_IPAGEITEMTYPEUTILS{100};
 inline constexpr PMIID IID_ILAYOUTUTILS{101};
 inline constexpr PMIID IID_ITEXTUTILS{102};
+inline constexpr PMIID IID_IURIUTILS{103};
+inline constexpr PMIID IID_IFRAMECONTENTUTILS{104};
+inline constexpr PMIID IID_ICONTENTFITUTILS{105};
+inline constexpr PMIID IID_IGEOMETRYUTILS{106};
+inline constexpr PMIID IID_ITRANSFORMUTILS{107};
+inline constexpr PMIID IID_IHIERARCHYUTILS{108};
+inline constexpr PMIID IID_ILAYERUTILS{109};
+inline constexpr PMIID IID_IPAGEITEMFACTORYUTILS{110};
+inline constexpr PMIID IID_IGRAPHICATTRIBUTEUTILS{111};
+inline constexpr PMIID IID_IDOCUMENTUTILS{112};
+inline constexpr PMIID IID_IWINDOWUTILS{113};
 
 // Classes of objects
 inline constexpr ClassID kDocumentBoss{1};
@@ -63,6 +85,12 @@ inline constexpr ClassID kPDFExportBoss{14};       ///< carries every registered
 inline constexpr ClassID kDeletePageItemsCmdBoss{100};
 inline constexpr ClassID kDeleteStoryCmdBoss{101};
 inline constexpr ClassID kCopyStoryCmdBoss{102};
+inline constexpr ClassID kImportResourceCmdBoss{103};
+inline constexpr ClassID kSetNonPrintingCmdBoss{104};
+inline constexpr ClassID kNewSpreadCmdBoss{105};
+inline constexpr ClassID kDeleteSpreadCmdBoss{106};
+inline constexpr ClassID kOpenDocumentCmdBoss{107};
+inline constexpr ClassID kOpenLayoutWindowCmdBoss{108};
 
 // Implementations that plug-ins offer
 inline constexpr ImplementationID kMyPDFExportProviderImpl{0x5601};

@@ -27,6 +27,13 @@ class IGeometry : public IPMUnknown {
     virtual PMMatrix InnerToPasteboard() = 0;
 };
 
+/// Of a page.
+class IMargins : public IPMUnknown {
+  public:
+    static constexpr PMIID kDefaultIID = IID_IMARGINS;
+    virtual PMRect GetMargins() = 0;  ///< distances from the page's left, top, right and bottom edge
+};
+
 class IFrameData : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_IFRAMEDATA;

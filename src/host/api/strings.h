@@ -53,3 +53,35 @@ class IDFile {
   private:
     std::string path_;
 };
+
+/// A resource location, told in its parts. None of them is percent-coded.
+class URI {
+  public:
+    enum class Component { Scheme, Authority, Path };
+
+    URI() = default;
+    URI(std::string scheme, std::string path) : scheme_(std::move(scheme)), path_(std::move(path)) {}
+    /// Of a local file: scheme "file", no authority, the file's path in UTF-8.
+    std::string GetComponent(Component component) const {
+        switch (component) {
+            case Component::Scheme:
+                return scheme_;
+            case Component::Path:
+                return path_;
+            default:
+                return {};
+        }
+    }
+    bool operator==(const URI&) const = default;
+
+  private:
+    std::string scheme_;
+    std::string path_;
+};
+
+namespace FileUtils {
+/// The file of a URL "file://...", percent codes resolved. False, and the file is left alone, for anything else.
+bool FileURLToSysFile(const WideString& url, IDFile* file);
+/// The file's path; empty for an empty file. Bytes that are no UTF-8 come out as U+FFFD.
+PMString IDFileToPMString(const IDFile& file);
+}  // namespace FileUtils

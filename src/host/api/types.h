@@ -44,6 +44,10 @@ inline constexpr ErrorCode kFailure = 1;
 
 using PMReal = double;
 
+namespace K2 {
+using UIFlags = int32_t;  ///< asks the host for more or less user interface
+}  // namespace K2
+
 struct PMPoint {
     PMReal x = 0;
     PMReal y = 0;
