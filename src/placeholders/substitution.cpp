@@ -32,7 +32,7 @@ void setupRules(const Array& rules) {
 // --- Values
 
 String MyTextModel::stringForMapping(const String& key, const Value& row) const {
-    const String value = stringForKey(row, key);
+    String value = stringForKey(row, key);
     if (!value.isNull()) return value;
     const Value rule = gRules.valueForKey(key);
     if (rule.isNull()) return kEmpty;

@@ -1,6 +1,8 @@
 #include "records/tag_values.h"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "host/api/host.h"
 #include "host/host_operations.h"
@@ -8,6 +10,16 @@
 #include "support/json.h"
 
 namespace vornaset {
+namespace {
+
+/// The text in a buffer of the calling thread, until the next call.
+const char* keptText(std::string text) {
+    thread_local std::unique_ptr<std::string> kept;
+    kept = std::make_unique<std::string>(std::move(text));
+    return kept->c_str();
+}
+
+}  // namespace
 
 String stringForKey(const UIDRef& object, const char* key, const String& defaultText) {
     InterfacePtr<ITagStore> tags(object);
@@ -114,9 +126,7 @@ void MyFrame::setInt(const char* key, int32_t value) const {
 const char* MyFrame::stringForKey(const char* key) const {
     const String value = getTag(key);
     if (value.isNull()) return nullptr;
-    thread_local std::string buffer;
-    buffer = value.utf8();
-    return buffer.c_str();
+    return keptText(value.utf8());
 }
 
 void MyFrame::setStringForKey(const char* key, const char* value) const {

@@ -35,7 +35,7 @@ Dictionary dictForKey(const Value& dictionary, const String& key, uint8_t create
     if (!holder.isMutable() || key.isNull()) return {};
     const Value value = holder.valueForKey(key);
     if (!value.isNull() || create != 1) return value.dictionary();
-    const Dictionary made = Dictionary::makeMutable();
+    Dictionary made = Dictionary::makeMutable();
     holder.setValue(key, made);
     return made;
 }
@@ -46,7 +46,7 @@ Array arrayForKey(const Value& dictionary, const String& key, uint8_t create) {
     const Value value = holder.valueForKey(key);
     if (!value.isNull()) return value.array().isMutable() ? value.array() : Array();
     if (create != 1) return {};
-    const Array made = Array::makeMutable();
+    Array made = Array::makeMutable();
     holder.setValue(key, made);
     return made;
 }

@@ -17,7 +17,7 @@ enum class LocalOverrides { Keep, DropWhatTheStyleDefines };
 class DocumentBorder final : public IDataBase, private BossKeeper {
   public:
     DocumentBorder(Document& document, TextLayoutService& layout, Ledger& ledger);
-    ~DocumentBorder();
+    ~DocumentBorder() override;
 
     /// Null after closing.
     Document* document() const { return document_; }

@@ -129,13 +129,15 @@ const FontRecord* FontLibrary::State::byOtherDivision(const std::string& family,
     };
     const std::vector<std::string> ofStyle = nameWords(style), ofFamily = nameWords(family);
     for (size_t moved = ofStyle.size(); moved > 0; --moved) {
-        const std::string longer = family + " " + joinWords(ofStyle, 0, moved);
+        std::string longer = family;
+        longer.append(" ").append(joinWords(ofStyle, 0, moved));
         if (const FontRecord* record = exactly(longer, joinWords(ofStyle, moved, ofStyle.size()))) return record;
     }
     for (size_t kept = ofFamily.size(); kept-- > 1;) {
-        const std::string words = joinWords(ofFamily, kept, ofFamily.size());
+        std::string words = joinWords(ofFamily, kept, ofFamily.size());
         if (!parseStyle(words).rest.empty()) break;
-        if (const FontRecord* record = exactly(joinWords(ofFamily, 0, kept), words + " " + style)) return record;
+        words.append(" ").append(style);
+        if (const FontRecord* record = exactly(joinWords(ofFamily, 0, kept), words)) return record;
     }
     return nullptr;
 }

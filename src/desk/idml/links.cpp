@@ -165,6 +165,7 @@ void linkMasters(Reading& reading) {
         const auto circle = circleFrom<Spread>(document.spread(uid), parentOf, good);
         if (circle.empty()) continue;
         std::vector<std::string> names;
+        names.reserve(circle.size());
         for (const Spread* master : circle) names.push_back(master->name.empty() ? master->self : master->name);
         throw reading.failure("the masters " + quotedList(names) +
                               " are based on each other in a circle; give one of them another master.");

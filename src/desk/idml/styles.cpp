@@ -171,6 +171,7 @@ void linkStyles(Reading& reading) {
         const auto circle = circleFrom<Style>(document.style(uid), parentOf, good);
         if (circle.empty()) continue;
         std::vector<std::string> names;
+        names.reserve(circle.size());
         for (const Style* style : circle) names.push_back(style->name);
         throw reading.failure("the styles " + quotedList(names) +
                               " are based on each other in a circle; give one of them another parent.");

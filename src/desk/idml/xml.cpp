@@ -113,7 +113,8 @@ void XmlBuilder::startElement(const xmlChar* local, const xmlChar* prefix, int a
     element->line = line();
     element->attributes.reserve(static_cast<size_t>(attributeCount));
     for (int i = 0; i < attributeCount; ++i) {
-        const xmlChar** field = attributes + 5 * i;  // local name, prefix, namespace, begin and end of the value
+        // Local name, prefix, namespace, begin and end of the value.
+        const xmlChar** field = attributes + static_cast<ptrdiff_t>(5) * i;
         element->attributes.push_back({interned(field[1], field[0]), attributeValue(field[3], field[4])});
     }
     XmlElement* opened = element.get();

@@ -67,7 +67,7 @@ ContentBuffer& ContentBuffer::factor(double value) {
     constexpr double million = 1e6;
     if (!(std::abs(value) < 1e9)) return number(value);
     const bool negative = value < 0;
-    const uint64_t rounded = static_cast<uint64_t>(std::abs(value) * million + 0.5);
+    const uint64_t rounded = static_cast<uint64_t>(std::llround(std::abs(value) * million));
     char* out = room(32);
     if (negative && rounded != 0) *out++ = '-';
     const uint64_t whole = rounded / 1000000;

@@ -367,7 +367,7 @@ void HyphenationPatterns::findInPart(std::u16string_view part, Border left, Bord
 /// What stands before a hyphen that changes the spelling, as it is written then.
 std::u16string HyphenationPatterns::leftPart(std::u16string_view part, size_t begin, size_t last,
                                              const HyphenScore& score) const {
-    const std::u16string written(part.substr(begin, last + 1 - begin));
+    std::u16string written(part.substr(begin, last + 1 - begin));
     if (score.lettersOfChange > written.size()) return written;
     std::u16string respelled = written.substr(0, written.size() - score.lettersOfChange);
     respelled += compounds_.change(score.change);
