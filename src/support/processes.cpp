@@ -109,6 +109,7 @@ PipeState takeFrom(const FileHandle& pipe, std::string* kept) {
 /// Ends when the child has closed both pipes, or has ended and its output pipe with it: whoever inherited the error
 /// pipe alone isn't waited for.
 std::string outputUntilEnd(pid_t child, FileHandle output, FileHandle error) {
+    std::string kept;
     FileHandle ending(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
     // Without process descriptors (before Linux 5.3) the child counts as running until both pipes have closed.
     const bool seesTheEnd = ending.isOpen();
