@@ -34,6 +34,16 @@ uint32_t idOf(const Format& format, Formats& formats, Ids& ids) {
 
 }  // namespace
 
+void FrameFitting::overlay(const FrameFitting& stronger) {
+    take(onEmptyFrame, stronger.onEmptyFrame);
+    take(alignment, stronger.alignment);
+    take(autoFit, stronger.autoFit);
+    take(leftCrop, stronger.leftCrop);
+    take(topCrop, stronger.topCrop);
+    take(rightCrop, stronger.rightCrop);
+    take(bottomCrop, stronger.bottomCrop);
+}
+
 void ItemAttributes::overlay(const ItemAttributes& stronger) {
     take(fillColor, stronger.fillColor);
     take(strokeColor, stronger.strokeColor);
@@ -171,6 +181,13 @@ TextFrameOptions Document::frameOptions(const PageItem& item) const {
     TextFrameOptions result;
     for (const Style* link : chainOf(styleWithSelf(item.objectStyle))) result.overlay(link->frame);
     result.overlay(item.frameOptions);
+    return result;
+}
+
+FrameFitting Document::frameFitting(const PageItem& item) const {
+    FrameFitting result;
+    for (const Style* link : chainOf(styleWithSelf(item.objectStyle))) result.overlay(link->fitting);
+    result.overlay(item.fitting);
     return result;
 }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "desk/model/geometry.h"
+#include "desk/model/placed_graphic.h"
 #include "desk/model/story.h"
 #include "desk/model/text_attributes.h"
 
@@ -124,6 +125,7 @@ struct Style {
     TextAttributes text;           ///< paragraph and character styles
     ItemAttributes item;           ///< object styles
     TextFrameOptions frame;        ///< object styles
+    FrameFitting fitting;          ///< object styles
     std::optional<TextWrap> wrap;  ///< object styles
 };
 
@@ -143,12 +145,8 @@ struct ParagraphFormat {
 
 enum class ItemKind { Rectangle, Oval, Polygon, GraphicLine, TextFrame, Group, Graphic, Unknown };
 
-/// A placed file. The picture itself is read by whoever draws it.
-struct PlacedGraphic {
-    std::string kind;  ///< element name in the package: Image, PDF, EPS, ...
-    std::string uri;   ///< where the file stood; may be missing
-    Rect bounds;       ///< natural size in points, in the graphic's own coordinates
-};
+/// What a frame says that it holds.
+enum class ContentType : uint8_t { Unassigned, Graphic, Text };
 
 struct PageItem {
     Uid uid = 0;
@@ -165,6 +163,8 @@ struct PageItem {
     ItemAttributes attributes;  ///< what the item says itself; Document::itemAttributes gives the cascade's result
     std::string objectStyle;    ///< self of its object style
     TextFrameOptions frameOptions;
+    FrameFitting fitting;  ///< what the item says itself; Document::frameFitting gives the cascade's result
+    ContentType contentType = ContentType::Unassigned;
     TextWrap wrap;
     Labels labels;
     std::optional<PlacedGraphic> graphic;  ///< of kind Graphic
@@ -374,6 +374,7 @@ class Document {
     /// Object style chain, then the item's own.
     ItemAttributes itemAttributes(const PageItem& item) const;
     TextFrameOptions frameOptions(const PageItem& item) const;
+    FrameFitting frameFitting(const PageItem& item) const;
 
     /// Inner coordinates of an item to those of its spread (or of the outermost item, inside a story).
     Matrix toSpread(const PageItem& item) const;
