@@ -5,6 +5,7 @@
 
 #include "desk/idml/item_attributes_reader.h"
 #include "desk/idml/limits.h"
+#include "desk/idml/placed_graphics.h"
 #include "desk/idml/resources.h"
 #include "desk/idml/values.h"
 
@@ -84,20 +85,6 @@ TextWrap readWrap(const Document& document, const XmlElement& element, const Pag
     return wrap;
 }
 
-void readGraphic(const XmlElement& element, PageItem& item) {
-    PlacedGraphic graphic;
-    graphic.kind = std::string(element.name);
-    if (const XmlElement* link = element.child("Link"))
-        graphic.uri = withoutKeyMark(attributeText(*link, "LinkResourceURI"));
-    const XmlElement* properties = element.child("Properties");
-    if (const XmlElement* bounds = properties ? properties->child("GraphicBounds") : nullptr) {
-        const auto side = [&](std::string_view name) { return attributeAs(*bounds, name, toNumber).value_or(0); };
-        graphic.bounds = {side("Left"), side("Top"), side("Right"), side("Bottom")};
-    }
-    item.path = rectanglePath(graphic.bounds);
-    item.graphic = std::move(graphic);
-}
-
 void rememberThread(Reading& reading, const XmlElement& element, const PageItem& item) {
     FrameLinks links;
     links.frame = item.uid;
@@ -168,9 +155,11 @@ PageItem& readPageItem(Reading& reading, const XmlElement& element) {
     const std::string* style = element.attribute("AppliedObjectStyle");
     item.objectStyle = styleId(reading, StyleKind::Object, style ? *style : "$ID/[None]");
     item.frameOptions = readTextFrameOptions(element);
+    item.fitting = readFrameFitting(element);
+    item.contentType = readContentType(element);
     item.wrap = readWrap(reading.document, element, item);
     readLabels(element, item.labels);
-    if (item.kind == ItemKind::Graphic) readGraphic(element, item);
+    if (item.kind == ItemKind::Graphic) readPlacedGraphic(reading, element, item);
     if (item.kind == ItemKind::TextFrame) rememberThread(reading, element, item);
     if (item.kind != ItemKind::Unknown && item.kind != ItemKind::Graphic) readContent(reading, element, item);
     noteWhatIsMissing(reading, element, item);

@@ -3,6 +3,7 @@
 
 #include "desk/idml/circle.h"
 #include "desk/idml/item_attributes_reader.h"
+#include "desk/idml/placed_graphics.h"
 #include "desk/idml/resources.h"
 #include "desk/idml/text_attributes_reader.h"
 #include "desk/idml/values.h"
@@ -89,6 +90,7 @@ void readObjectStyle(const XmlElement& element, Style& style) {
     style.frame.firstBaseline = baselines ? all.firstBaseline : std::nullopt;
     style.frame.minimumFirstBaseline = baselines ? all.minimumFirstBaseline : std::nullopt;
     style.frame.autoSizing = isOn(element, "EnableTextFrameAutoSizingOptions") ? all.autoSizing : std::nullopt;
+    if (isOn(element, "EnableFrameFittingOptions")) style.fitting = readFrameFitting(element);
     if (!isOn(element, "EnableTextWrapAndOthers")) {
         style.item.nonprinting.reset();
         return;
