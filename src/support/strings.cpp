@@ -1,19 +1,56 @@
 #include "support/strings.h"
 
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <functional>
+#include <unordered_map>
+
+#include "support/attributed_string.h"
 
 namespace vornaset {
 
 namespace {
 
-/// Simple and full case folding of Unicode, for a search that ignores case.
-std::u16string folded(const String& text) {
+/// Without the marks that stand on letters: taken apart, the marks dropped.
+icu::UnicodeString withoutDiacritics(const icu::UnicodeString& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* decomposer = icu::Normalizer2::getNFDInstance(status);
+    if (U_FAILURE(status)) return text;
+    const icu::UnicodeString apart = decomposer->normalize(text, status);
+    icu::UnicodeString bare;
+    for (int32_t at = 0; at < apart.length(); at = apart.moveIndex32(at, 1)) {
+        const UChar32 character = apart.char32At(at);
+        if (u_charType(character) != U_NON_SPACING_MARK) bare.append(character);
+    }
+    return U_SUCCESS(status) ? bare : text;
+}
+
+/// What two texts have in common when they differ in nothing that the options ask to see.
+std::u16string comparable(const String& text, uint64_t options) {
     icu::UnicodeString units(text.view().data(), static_cast<int32_t>(text.length()));
-    units.foldCase();
+    if ((options & kDiacriticInsensitiveSearch) != 0) units = withoutDiacritics(units);
+    if ((options & kCaseInsensitiveSearch) != 0) units.foldCase();
     return std::u16string(units.getBuffer(), static_cast<size_t>(units.length()));
 }
+
+bool occurs(std::u16string_view text, std::u16string_view part, uint64_t options) {
+    if (part.empty()) return false;
+    if ((options & kAnchoredSearch) == 0) return text.find(part) != std::u16string_view::npos;
+    return (options & kBackwardsSearch) != 0 ? text.ends_with(part) : text.starts_with(part);
+}
+
+/// Equal for equal values, which is all that a table needs; containers share one.
+struct ValueHash {
+    size_t operator()(const Value& value) const {
+        if (value.isString()) return value.string().hash();
+        if (value.isNumber()) return value.number().hash();
+        if (value.isData()) return std::hash<std::string_view>()(value.data().view());
+        return 0;
+    }
+};
 
 }  // namespace
 
@@ -52,8 +89,10 @@ String stringEndsWith(const String& text, const Array& suffixes) {
 
 bool stringContainsString(const String& text, const String& part, uint64_t options) {
     if (text.isNull() || part.isEmpty()) return false;
-    if ((options & kCaseInsensitiveSearch) == 0) return text.find(part) != String::npos;
-    return folded(text).find(folded(part)) != std::u16string::npos;
+    if ((options & (kCaseInsensitiveSearch | kDiacriticInsensitiveSearch)) == 0) {
+        return occurs(text.view(), part.view(), options);
+    }
+    return occurs(comparable(text, options), comparable(part, options), options);
 }
 
 bool stringContainsStrings(const String& text, const Array& parts, uint64_t options) {
@@ -87,6 +126,29 @@ void exchangeEntries(const Array& array, int64_t first, int64_t second, int64_t 
     }
 }
 
+Array arrayWithIndexRange(const Range& range) {
+    return arrayWithIndexSet(IndexSet(range));
+}
+Array arrayWithIndexSet(const IndexSet& indices) {
+    std::vector<Value> numbers;
+    for (const Range& range : indices.ranges()) {
+        for (int64_t offset = 0; offset < range.length; ++offset) numbers.emplace_back(range.location + offset);
+    }
+    return Array::makeMutable(std::move(numbers));
+}
+IndexSet indexSetWithIndex(int64_t index) {
+    return IndexSet(Range{index, 1});
+}
+
+Array arrayWithDuplicates(const Array& array) {
+    Array duplicates = Array::makeMutable();
+    std::unordered_map<Value, size_t, ValueHash> counts;
+    for (const Value& entry : array) {
+        if (++counts[entry] == 2) duplicates.add(entry);
+    }
+    return duplicates;
+}
+
 String stringWithInteger(int64_t number) {
     return Number(number).text();
 }
@@ -104,6 +166,18 @@ bool isNumber(const Value& value) {
 }
 bool isString(const Value& value) {
     return value.isString();
+}
+bool isAttributedString(const Value& value) {
+    return dynamic_cast<const AttributedString*>(value.object().get()) != nullptr;
+}
+
+char getBCD(uint32_t value, int position) {
+    const unsigned shift = (static_cast<unsigned>(position) * 4) % 32;
+    return static_cast<char>(((value >> shift) & 0x0F) | 0x30);
+}
+
+String stringWithFormat(const String& format, std::span<const FormatArgument> arguments) {
+    return formatText(format, arguments);
 }
 
 double floatWithDecimalComma(const String& text) {

@@ -3,7 +3,10 @@
 // character is a UTF-16 unit.
 
 #include <cstdint>
+#include <span>
 
+#include "support/format.h"
+#include "support/index_set.h"
 #include "support/values.h"
 
 namespace vornaset {
@@ -21,9 +24,13 @@ bool stringEndsWith(const String& text, const String& suffix);
 /// The first suffix that fits, as an object; null if none does.
 String stringEndsWith(const String& text, const Array& suffixes);
 
-/// Options of a search: 0 is exact, bit 0 ignores case.
+/// Options of a search, to be added up. Case goes by Unicode's full folding, where the sharp s equals two s. An
+/// anchored search looks at the start alone, or at the end when it goes backwards too. Other bits have no effect.
 inline constexpr uint64_t kExactSearch = 0;
 inline constexpr uint64_t kCaseInsensitiveSearch = 1;
+inline constexpr uint64_t kBackwardsSearch = 4;
+inline constexpr uint64_t kAnchoredSearch = 8;
+inline constexpr uint64_t kDiacriticInsensitiveSearch = 128;
 /// False if either is null. An empty text has no occurrence.
 bool stringContainsString(const String& text, const String& part, uint64_t options);
 /// True for the first element that occurs; false for a null text.
@@ -40,6 +47,14 @@ Value lastObject(const Array& array);
 /// Swaps `count` pairs: the entry at the first index with the one at the second, then each index plus one. Nothing for
 /// a count of 0 or below. Throws RangeException for an index outside the array.
 void exchangeEntries(const Array& array, int64_t first, int64_t second, int64_t count);
+/// New arrays of numbers, ascending. Empty for a range without indices and for an empty set.
+Array arrayWithIndexRange(const Range& range);
+Array arrayWithIndexSet(const IndexSet& indices);
+/// A set of one.
+IndexSet indexSetWithIndex(int64_t index);
+/// A new array with each entry that occurs two or more times, once each, in the order in which they occurred for the
+/// second time. Entries that are equal count as one. Never null.
+Array arrayWithDuplicates(const Array& array);
 
 /// Decimal text.
 String stringWithInteger(int64_t number);
@@ -50,7 +65,14 @@ String stringWithFloat(double number);
 double floatWithDecimalComma(const String& text);
 /// True when the lowest bit is clear.
 bool isEven(int64_t number);
+/// False for null.
 bool isNumber(const Value& value);
 bool isString(const Value& value);
+bool isAttributedString(const Value& value);
+/// The nibble at a position, 0 being the lowest, as a character: the nibble with 0x30 set, so that nibbles above 9 give
+/// the characters behind "9". The shift counts modulo 32.
+char getBCD(uint32_t value, int position);
+/// formatText under the name of its sister with single arguments.
+String stringWithFormat(const String& format, std::span<const FormatArgument> arguments);
 
 }  // namespace vornaset

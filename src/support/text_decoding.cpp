@@ -1,13 +1,9 @@
 #include "support/text_decoding.h"
 
-#include <unicode/ucnv.h>
-#include <unicode/ucnv_err.h>
-
-#include <algorithm>
-#include <climits>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "support/charset.h"
 
 namespace vornaset {
 
@@ -16,28 +12,6 @@ namespace {
 // Ä Ö Ü ä ö ü ß
 constexpr std::string_view kGermanLettersMacRoman = "\x80\x85\x86\x8A\x9A\x9F\xA7";
 constexpr std::string_view kGermanLettersWindows1252 = "\xC4\xD6\xDC\xE4\xF6\xFC\xDF";
-/// The code page leaves these without a character; the converter would let them through as control characters.
-constexpr std::string_view kUndefinedWindows1252 = "\x81\x8D\x8F\x90\x9D";
-
-struct ConverterCloser {
-    void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-
-/// One unit for each byte, or null when a byte has no character.
-String decodeSingleByte(std::string_view bytes, const char* encodingName) {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<UConverter, ConverterCloser> converter(ucnv_open(encodingName, &status));
-    if (U_FAILURE(status)) return {};
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-    std::u16string units(bytes.size(), u'\0');
-    char16_t* target = units.data();
-    const char* source = bytes.data();
-    ucnv_toUnicode(converter.get(), &target, units.data() + units.size(), &source, bytes.data() + bytes.size(), nullptr,
-                   true, &status);
-    if (U_FAILURE(status)) return {};
-    units.resize(static_cast<size_t>(target - units.data()));
-    return String(units);
-}
 
 }  // namespace
 
@@ -65,10 +39,9 @@ String stringWithBytes(const void* bytes, size_t length, uint64_t encoding) {
         case kUTF8Encoding:
             return String::fromUTF8(view);
         case kMacRomanEncoding:
-            return decodeSingleByte(view, "macintosh");
+            return decodedText(view, "macintosh");
         case kWindows1252Encoding:
-            if (view.find_first_of(kUndefinedWindows1252) != std::string_view::npos) return {};
-            return decodeSingleByte(view, "windows-1252");
+            return decodedText(view, "windows-1252");
         default:
             return {};
     }

@@ -1,5 +1,6 @@
 #include "support/strings.h"
 
+#include "support/attributed_string.h"
 #include "support/printing.h"
 
 namespace vornaset {
@@ -61,6 +62,23 @@ TEST(StringContainsString, ObeysItsOptions) {
     EXPECT_FALSE(stringContainsStrings(nullptr, Array::make({"x", "c"}), kExactSearch));
 }
 
+TEST(StringContainsString, CanLookAtOneEndAlone) {
+    EXPECT_TRUE(stringContainsString("abcab", "ab", kAnchoredSearch));
+    EXPECT_FALSE(stringContainsString("cab", "ab", kAnchoredSearch));
+    EXPECT_TRUE(stringContainsString("cab", "ab", kAnchoredSearch | kBackwardsSearch));
+    EXPECT_FALSE(stringContainsString("abc", "AB", kAnchoredSearch | kBackwardsSearch | kCaseInsensitiveSearch));
+    EXPECT_TRUE(stringContainsString("xabc", "ab", kBackwardsSearch));
+    EXPECT_TRUE(stringContainsString("abc", "bc", 2));
+}
+
+TEST(StringContainsString, CanOverlookDiacritics) {
+    EXPECT_TRUE(stringContainsString(u"caf\u00E9s", "cafe", kDiacriticInsensitiveSearch));
+    EXPECT_FALSE(stringContainsString(u"CAF\u00C9S", "cafe", kDiacriticInsensitiveSearch));
+    EXPECT_TRUE(
+        stringContainsString(u"CAF\u00C9S", u"caf\u00EA", kDiacriticInsensitiveSearch | kCaseInsensitiveSearch));
+    EXPECT_FALSE(stringContainsString("cafe", u"\u0301", kDiacriticInsensitiveSearch));
+}
+
 TEST(Characters, AreZeroWhereNoneStands) {
     EXPECT_EQ(firstCharacter(""), 0);
     EXPECT_EQ(firstCharacter(nullptr), 0);
@@ -88,6 +106,54 @@ TEST(ExchangeEntries, SwapsPairs) {
     EXPECT_EQ(letters, Array::make({"c", "d", "a", "b"}));
     EXPECT_THROW(exchangeEntries(letters, 0, 4, 1), RangeException);
     EXPECT_THROW(exchangeEntries(letters, -1, 0, 1), RangeException);
+}
+
+TEST(IndexArrays, HoldEachIndexAscending) {
+    EXPECT_EQ(arrayWithIndexRange(Range{3, 4}), Array::make({3, 4, 5, 6}));
+    EXPECT_EQ(arrayWithIndexRange(Range{3, 0}), Array::make());
+    IndexSet set = indexSetWithIndex(9);
+    EXPECT_EQ(set.count(), 1);
+    set.add(Range{2, 2});
+    EXPECT_EQ(arrayWithIndexSet(set), Array::make({2, 3, 9}));
+    EXPECT_TRUE(arrayWithIndexSet(IndexSet()).isEmpty());
+}
+
+TEST(ArrayWithDuplicates, HasEachOnce) {
+    EXPECT_EQ(arrayWithDuplicates(Array::make({"a", "b", "a", "a"})), Array::make({"a"}));
+    EXPECT_EQ(arrayWithDuplicates(Array::make({"a", "b", "b", "a"})), Array::make({"b", "a"}));
+    EXPECT_EQ(arrayWithDuplicates(Array::make({1, "1", 1.0, Data("1")})), Array::make({1}));
+    EXPECT_EQ(arrayWithDuplicates(Array::make({Array::make({1}), Array::make({2}), Array::make({1})})),
+              Array::make({Array::make({1})}));
+    EXPECT_TRUE(arrayWithDuplicates(Array::make({"a", "b"})).isEmpty());
+    EXPECT_FALSE(arrayWithDuplicates(nullptr).isNull());
+}
+
+TEST(GetBCD, GivesTheNibbleAsACharacter) {
+    EXPECT_EQ(getBCD(0x1234, 0), '4');
+    EXPECT_EQ(getBCD(0x1234, 3), '1');
+    EXPECT_EQ(getBCD(0x1234, 4), '0');
+    EXPECT_EQ(getBCD(0xF, 0), 0x3F);
+    EXPECT_EQ(getBCD(0xA0000000, 7), ':');
+}
+
+TEST(GetBCD, TheShiftCountsModulo32) {
+    EXPECT_EQ(getBCD(0x1234, 8), '4');
+    EXPECT_EQ(getBCD(0x1234, 11), '1');
+    EXPECT_EQ(getBCD(0x12345678, -1), '1');
+}
+
+TEST(IsAttributedString, KnowsItsClass) {
+    EXPECT_TRUE(isAttributedString(std::make_shared<AttributedString>()));
+    EXPECT_FALSE(isAttributedString("text"));
+    EXPECT_FALSE(isAttributedString(Value::nothing()));
+    EXPECT_FALSE(isAttributedString(Value()));
+    EXPECT_FALSE(isString(std::make_shared<AttributedString>("text")));
+}
+
+TEST(StringWithFormat, TakesAListOfArguments) {
+    const std::array<FormatArgument, 2> arguments{FormatArgument("a"), FormatArgument(5)};
+    EXPECT_EQ(stringWithFormat("%@-%d", std::span<const FormatArgument>(arguments)), String("a-5"));
+    EXPECT_EQ(stringWithFormat("%@-%d", "a", 5), String("a-5"));
 }
 
 TEST(NumbersAndValues, HaveTheirPlainForms) {
