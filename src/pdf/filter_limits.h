@@ -1,0 +1,24 @@
+#pragma once
+// What the streams of a foreign file may ask of the filters, each with its reason.
+
+#include <cstddef>
+
+namespace vornaset::pdf_limits {
+
+/// Bytes of a file that is read. The toolkit writes offsets of 31 bits, so that nothing larger could be written again.
+inline constexpr size_t kMaximumFileBytes = 0x7FFF'FFFF;
+
+/// Bytes of one stream with its filters undone, in between too. A picture of 16,000 by 16,000 pixels in four inks is
+/// as large; Deflate makes a thousand bytes of one, a chain of two a million.
+inline constexpr size_t kMaximumStreamBytes = size_t{1} << 30;
+
+/// Bytes of all streams of a document with their filters undone. They stay in memory side by side.
+inline constexpr size_t kMaximumDocumentBytes = size_t{3} << 30;
+
+/// Filters of one stream. Files have one, now and then two; each costs a pass over the data.
+inline constexpr size_t kMaximumFilters = 8;
+
+/// Bytes of one row behind a predictor: colours times bits times columns, which the file chooses.
+inline constexpr size_t kMaximumPredictorRow = size_t{1} << 26;
+
+}  // namespace vornaset::pdf_limits

@@ -1,0 +1,54 @@
+#include "pdf/renderer_programs.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "support/exception.h"
+#include "support/processes.h"
+
+namespace vornaset {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folder of the library that this code stands in, and the one above it, as in a build folder's tests.
+std::vector<fs::path> ownFolders() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&absolutePath), &info) == 0 || info.dli_fname == nullptr) return {};
+    std::error_code failure;
+    const fs::path module = fs::canonical(info.dli_fname, failure);
+    if (failure) return {};
+    return {module.parent_path(), module.parent_path().parent_path()};
+}
+
+std::string located(const std::string& name) {
+    for (const fs::path& folder : ownFolders()) {
+        std::error_code failure;
+        if (fs::is_regular_file(folder / name, failure)) return (folder / name).string();
+    }
+    return name;
+}
+
+}  // namespace
+
+std::string absolutePath(const String& path) {
+    std::error_code failure;
+    const fs::path absolute = fs::absolute(path.utf8(), failure);
+    return failure ? "/" + path.utf8() : absolute.string();
+}
+
+std::string outputOfProgram(const std::string& name, const std::vector<std::string>& arguments) {
+    // The limits are set by programs that every Debian machine has; a kill after the limit can't be slept through.
+    std::vector<Value> words{String("timeout"), String("--signal=KILL"),   String("60"),
+                             String("prlimit"), String("--as=4294967296"), String(located(name).c_str())};
+    for (const std::string& argument : arguments) words.emplace_back(String(argument.c_str()));
+    try {
+        return std::string(dataWithShellScript(u"/usr/bin/env", Array::make(std::move(words))).view());
+    } catch (const Exception&) {  // a page that can't be drawn is an empty bitmap, whatever the reason
+        return {};
+    }
+}
+
+}  // namespace vornaset
