@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "desk/output/output_file.h"
+#include "desk/pictures/digest.h"
 
 namespace desk {
 
@@ -35,23 +36,6 @@ struct Batch {
         pieces.clear();
         packed.clear();
     }
-};
-
-/// Own 128-bit digest of a run of bytes, the same however the run is cut. Not for secrets.
-class Digest {
-  public:
-    void add(const char* bytes, size_t count);
-    /// Sixteen bytes.
-    std::string value() const;
-
-  private:
-    void mix(uint64_t word);
-
-    uint64_t first_ = 0x9E3779B97F4A7C15u;
-    uint64_t second_ = 0xC2B2AE3D27D4EB4Fu;
-    uint64_t length_ = 0;
-    unsigned char waiting_[8] = {};
-    size_t waitingCount_ = 0;
 };
 
 class BodyWriter {

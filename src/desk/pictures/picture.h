@@ -57,9 +57,6 @@ class PictureSink {
     virtual void remember(const PictureIdentity& file, uint64_t object, Number number) = 0;
 };
 
-/// What a written picture is in content: an image paints the unit square, a form its own points.
-enum class XObjectKind { Image, Form };
-
 class Picture {
   public:
     virtual ~Picture() = default;
@@ -70,11 +67,10 @@ class Picture {
     int pageCount = 1;
     std::string path;  ///< the file it came from; empty for embedded bytes
     PictureIdentity identity;
-
-    /// A form lies in 0..width, 0..height, y upwards.
-    virtual XObjectKind kind() const = 0;
-    /// True when what lies below shows through, so that a page with it has transparency.
-    virtual bool isTransparent() const = 0;
+    /// Maps what the XObject paints (an image the unit square, a form its own points) to 0..width, 0..height, y
+    /// upwards.
+    Matrix toNatural;
+    bool isTransparent = false;  ///< what lies below may show through
 
     /// Writes the XObject and what it needs, gives the XObject's number. The file is read again when its bytes are no
     /// longer held. Throws InputError when it can't be, or isn't the same file any more.
