@@ -9,6 +9,7 @@
 #include "companion/rows_view.h"
 #include "companion/run.h"
 #include "companion/template_check.h"
+#include "companion/whole_file.h"
 #include "companion/workplace.h"
 #include "merge/merge_job.h"
 #include "placeholders/substitution.h"
@@ -149,8 +150,8 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
         planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
     for (const std::string& warning : plan.warnings) warnings.add(warning);
     warnings.addAll(checkTemplate(place.facts(), *table, rules));
-    std::unique_ptr<ReportFile> report;
-    if (!options.reportPath.empty()) report = std::make_unique<ReportFile>(options.reportPath);
+    std::unique_ptr<WholeFile> report;
+    if (!options.reportPath.empty()) report = std::make_unique<WholeFile>("the report", options.reportPath);
 
     vornaset::setupRules(ruleObjects(rules));
     result.records = plan.records;

@@ -1,4 +1,5 @@
 #include "companion/report.h"
+#include "companion/whole_file.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -88,7 +89,7 @@ TEST_F(Report, AppearsWhenItIsWhole) {
     fs::path path = folder_ / "r.json";
     std::ofstream(path) << "old";
     {
-        ReportFile file(path);
+        WholeFile file("the report", path);
         EXPECT_EQ(contents(path), "old");
         file.finish("new\n");
         EXPECT_EQ(contents(path), "new\n");
@@ -98,13 +99,13 @@ TEST_F(Report, AppearsWhenItIsWhole) {
 }
 
 TEST_F(Report, LeavesNothingWithoutFinish) {
-    { ReportFile file(folder_ / "r.json"); }
+    { WholeFile file("the report", folder_ / "r.json"); }
     EXPECT_EQ(filesInFolder(), 0u);
 }
 
 TEST_F(Report, AFolderThatCannotBeWrittenIsToldAtOnce) {
-    EXPECT_THROW(ReportFile(folder_ / "missing" / "r.json"), Error);
-    EXPECT_THROW(ReportFile{folder_.string()}, Error);
+    EXPECT_THROW(WholeFile("the report", folder_ / "missing" / "r.json"), Error);
+    EXPECT_THROW(WholeFile("the report", folder_.string()), Error);
     EXPECT_EQ(filesInFolder(), 0u);
 }
 
