@@ -3,6 +3,7 @@
 
 #include <array>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -35,6 +36,8 @@ class FormatArgument {
     FormatArgument(Number value) : held_(value) {}
     /// UTF-8; damaged sequences print as U+FFFD, a null pointer as "(null)".
     FormatArgument(const char* utf8);
+    FormatArgument(const char16_t* units) : held_(Value(String(units))) {}
+    FormatArgument(std::nullptr_t) : held_(Value()) {}
     FormatArgument(const std::string& utf8) : held_(Value(String::fromDamagedUTF8(utf8))) {}
     FormatArgument(std::string_view utf8) : held_(Value(String::fromDamagedUTF8(utf8))) {}
     FormatArgument(const String& text) : held_(Value(text)) {}

@@ -4,7 +4,6 @@
 #include <pwd.h>
 #include <sys/stat.h>
 #include <syslog.h>
-#include <unicode/datefmt.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -13,10 +12,11 @@
 #include <ctime>
 #include <fstream>
 #include <iterator>
-#include <memory>
 
+#include "support/locale_text.h"
 #include "support/paths.h"
 #include "support/text_decoding.h"
+#include "support/units.h"
 
 namespace vornaset {
 
@@ -73,12 +73,8 @@ String timeText() {
 
 /// Today's date and time, both in the short style of the user's locale.
 String dateAndTimeText() {
-    const std::unique_ptr<icu::DateFormat> style(
-        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, icu::DateFormat::kShort));
-    if (!style) return timeText();
-    icu::UnicodeString text;
-    style->format(static_cast<UDate>(std::time(nullptr)) * 1000.0, text);
-    return String(std::u16string_view(text.getBuffer(), static_cast<size_t>(text.length())));
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return shortDateAndTime(Date{std::chrono::duration<double>(now).count()});
 }
 
 bool writeAll(int file, std::string_view bytes) {
@@ -218,6 +214,9 @@ void log(const Value& object) {
 }
 void log2(const Value& object) {
     MyLog("\n%@", object);
+}
+void log(const MyPoint& point) {
+    systemLog("\t%@", stringWithPoint(point));
 }
 void logArc() {
     systemLog("ARC: NO");

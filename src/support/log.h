@@ -10,6 +10,7 @@
 #include "support/error.h"
 #include "support/format.h"
 #include "support/geometry.h"
+#include "support/my_geometry.h"
 #include "support/values.h"
 
 namespace vornaset {
@@ -89,6 +90,8 @@ void logData(const Data& data);
 /// The object's description; log2 begins it on a line of its own.
 void log(const Value& object);
 void log2(const Value& object);
+/// "\t%@" with the point by "%f %f", to the system log.
+void log(const MyPoint& point);
 /// "ARC: NO" to the system log.
 void logArc();
 

@@ -11,4 +11,9 @@ void log(UID uid, const String& label) {
     MyLog("%@: %d", label, uid.Get());
 }
 
+void logComponent(const URI& uri, int32_t component) {
+    if (gLogging != 1) return;
+    MyLog("%d: %@", component, uri.GetComponent(static_cast<URI::Component>(component)));
+}
+
 }  // namespace vornaset
