@@ -5,8 +5,8 @@
 
 namespace vornaset::pdf_limits {
 
-/// A file can name the same node of the page tree many times over, and doubles its pages with each level. No real
-/// document has so many pages; the list of them stays under 40 MB.
+/// Kids in a page tree, all nodes together. A file can name the same node many times over, and doubles its pages with
+/// each level. No real document has so many; the list of them stays under 40 MB.
 inline constexpr size_t kMaximumPages = size_t{1} << 22;
 
 /// Objects told by a traversal that doesn't remember what it met: the same reason.

@@ -3,14 +3,18 @@
 // objects, with new numbers.
 
 #include <cstdint>
-#include <memory>
-#include <set>
+#include <string_view>
 #include <vector>
 
+#include "pdf/object_sets.h"
 #include "pdf/pdf_objects.h"
 #include "support/geometry.h"
 
 namespace vornaset {
+
+class ReaderDocument;
+class ReaderObject;
+enum class ReaderType : int32_t;
 
 class MyPDFDoc : public Shared {
   public:
@@ -25,8 +29,43 @@ class MyPDFDoc : public Shared {
     static Handle<MyPDFDoc> pdfDocWithPath(const String& path, uint8_t customObjs);
     static Handle<MyPDFDoc> pdfDocWithPath(const String& path) { return pdfDocWithPath(path, 0); }
 
-    // ----- Reading
+    // ----- Reading. Everything that the reader's catalog leads to is copied into objects; then the reader is closed.
+    // See reader_values.h for single values.
     void initWithPath(const String& path, uint8_t customObjs);
+    /// Info, catalog, pages, list of objects, streams, in this order. What raises is shown, and the steps behind it
+    /// don't run.
+    void setupPDFObjects();
+    /// The reader's Info without the contents of its containers, and with this program's version under "Vornaset".
+    Handle<MyPDFDictionary> pdfInfo();
+    /// These fill the current `container`, and what they put there down to the last leaf, however deep.
+    void setupPDFObjectsWithDict(const ReaderObject* dictionary);
+    void setupPDFObjectsWithArray(const ReaderObject* array);
+    /// One entry: from the cache, or made, cached, put in, and filled.
+    void setupPDFObject(const ReaderObject* handle, const String& key);
+    /// By the type: as an array, or as a dictionary (a stream's too); nothing for other types.
+    void enumContainer(const ReaderObject* handle, ReaderType type);
+    /// A new object of this type, entered in the cache while a file is being read. Containers are empty. Null for other
+    /// types than the nine.
+    Handle<MyPDFObj> objWithObjRef(const ReaderObject* objRef, ReaderType type);
+    Handle<MyPDFObj> objWithObjRef(const ReaderObject* objRef);
+    /// What was made for this handle, whatever the type; null outside of reading.
+    Handle<MyPDFObj> pdfObjFromCache(const ReaderObject* objRef, ReaderType type) const;
+    /// Appends to the `container`'s children.
+    void addObject(const Handle<MyPDFObj>& object);
+    /// Puts the object under the key and gives it that key. Under "Parent" it becomes the `container`'s parent instead;
+    /// what isn't a dictionary is no parent.
+    void addObject(const Handle<MyPDFObj>& object, const String& key);
+    /// As above without touching the object's own key, whatever the key.
+    void addString(const Handle<MyPDFObj>& object, const String& key);
+    /// Undoes the filters of every stream of `pdfObjs` on all cores. A stream with a filter that nobody here undoes,
+    /// and one that would grow beyond limits, keeps the bytes that the file holds, in the state that is written as it
+    /// stands. Nothing for streams that no open reader stands behind.
+    void decodeStreams();
+    /// Fills `xObjs`, `colorSpaces` and `fonts` from `pdfObjs`, if they were asked for.
+    void setupCustomObjs();
+    /// An array goes into the set as a whole; of a dictionary, each value.
+    void addColorSpaces(const Handle<MyPDFObj>& object, ObjectSet& set) const;
+    void addFonts(const Handle<MyPDFObj>& object, ObjectSet& set) const;
 
     // ----- Writing
     /// The complete file. Renumbers every object and compresses every raw stream for good. What raises on the way is
@@ -51,7 +90,7 @@ class MyPDFDoc : public Shared {
     /// isn't a dictionary with an array of kids.
     void setupPages();
     /// Appends the leaves under these objects to `pages`. A node that is met again below itself is passed over. Throws
-    /// Exception when there are more than pdf_limits::kMaximumPages.
+    /// Exception when the tree lists more than pdf_limits::kMaximumPages kids.
     void addPages(const ObjectList<MyPDFObj>& list);
     /// What the tree's "Count" says, not the length of `pages`.
     int64_t numberOfPages() const { return pagesObj_->count(); }
@@ -116,6 +155,23 @@ class MyPDFDoc : public Shared {
     const ObjectList<MyPDFDictionary>& pages() const noexcept { return pages_; }
     void setPages(const ObjectList<MyPDFDictionary>& pages) { set(pages_, pages); }
 
+    /// Only with `customObjs`: what the read file has, for inspection. Null otherwise.
+    const WeakObjectList& xObjs() const noexcept { return xObjs_; }
+    void setXObjs(const WeakObjectList& objects) { set(xObjs_, objects); }
+    const WeakObjectList& colorSpaces() const noexcept { return colorSpaces_; }
+    void setColorSpaces(const WeakObjectList& objects) { set(colorSpaces_, objects); }
+    const WeakObjectList& fonts() const noexcept { return fonts_; }
+    void setFonts(const WeakObjectList& objects) { set(fonts_, objects); }
+    /// These three are null outside of reading: the open reader, its catalog and its Info.
+    ReaderDocument* docRef() const noexcept;
+    const ReaderObject* catalogRef() const;
+    const ReaderObject* infoDict() const;
+    /// What has been made for the reader's objects, by their serial numbers; null outside of reading.
+    const std::vector<Handle<MyPDFObj>>* objRefToObj() const noexcept;
+    /// The container that is being filled; it counts during reading alone.
+    const Handle<MyPDFObj>& container() const noexcept { return container_; }
+    void setContainer(const Handle<MyPDFObj>& container) { set(container_, container); }
+
     bool isAbsent() const noexcept { return absent_; }
     static void destroy(const MyPDFDoc* document) noexcept { delete document; }
 
@@ -132,6 +188,8 @@ class MyPDFDoc : public Shared {
     }
     void setupNew(const Data& header);
     void setFlatKids(const std::vector<Handle<MyPDFObj>>& kids);
+    struct Loading;  ///< the open reader and the cache
+    void fillContainer(const ReaderObject& source);
 
     bool absent_;
     uint8_t rebuildPDFObjs_ = 0;
@@ -143,6 +201,11 @@ class MyPDFDoc : public Shared {
     Data pdfHeader_;
     ObjectList<MyPDFObj> pdfObjs_;
     ObjectList<MyPDFDictionary> pages_;
+    WeakObjectList xObjs_;
+    WeakObjectList colorSpaces_;
+    WeakObjectList fonts_;
+    Handle<MyPDFObj> container_;
+    std::shared_ptr<Loading> loading_;
 };
 
 /// A node of the page tree with the first `number` pages of the list, which lose their place there. All pages that are
