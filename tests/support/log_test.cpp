@@ -338,8 +338,9 @@ TEST_F(Log, FileOperationsReportToTheLog) {
     EXPECT_EQ(lineCount(), lines);
     EXPECT_FALSE(createDir(String::fromUTF8(path() + "/below")));
     EXPECT_EQ(lineCount(), lines + 1);
-    EXPECT_FALSE(removeFile(String::fromUTF8(home_.path() + "/a")));
-    EXPECT_TRUE(lastEntry().starts_with(home_.path() + "/a: ")) << lastEntry();
+    const std::string tooLong = home_.path() + "/" + std::string(300, 'a');
+    EXPECT_FALSE(removeFile(String::fromUTF8(tooLong)));
+    EXPECT_TRUE(lastEntry().starts_with(tooLong + ": ")) << lastEntry();
     EXPECT_TRUE(removeFile(String::fromUTF8(home_.path() + "/a/b")));
     EXPECT_FALSE(std::filesystem::exists(home_.path() + "/a/b"));
 }
