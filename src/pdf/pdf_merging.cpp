@@ -105,11 +105,15 @@ String mergeDocs(const String& path1, const String& path2, const String& output)
     return path;
 }
 
-void mergePages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source, const String& output) {
+void appendPages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source) {
     for (const Handle<MyPDFDictionary>& page : source->pages()) {
         page->setBoxRectsForPage();
         target->pages().add(page);
     }
+}
+
+void mergePages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source, const String& output) {
+    appendPages(target, source);
     target->rebuildPageList(0);
     target->writeToFile(output);
 }
@@ -127,13 +131,17 @@ void deleteLastPage(const String& path) {
 }
 
 void mergeDocWithPaths(const Handle<MyPDFDoc>& target, const Array& paths) {
+    mergeDocWithPaths(target, paths, [](const String& path) { return MyPDFDoc::pdfDocWithPath(path); });
+}
+
+void mergeDocWithPaths(const Handle<MyPDFDoc>& target, const Array& paths, const DocumentOpener& open) {
     if (paths.isEmpty()) return;
     std::map<String, Handle<MyPDFStream>> forms;
     for (const Value& entry : paths) {
         const String path = entry.string();
         if (forms.contains(path)) continue;
         const bool isFile = pathIsFile(path);
-        forms[path] = isFile ? MyPDFDoc::pdfDocWithPath(path)->formForPageNum(0) : nullptr;
+        forms[path] = isFile ? open(path)->formForPageNum(0) : nullptr;
     }
     const auto pageCount = static_cast<int32_t>(target->numberOfPages());
     for (int32_t index = 0; index < pageCount; ++index) {

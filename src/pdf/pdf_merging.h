@@ -5,6 +5,7 @@
 // The documents must be freshly read: content that a write has compressed would be spoiled by what is put in front.
 
 #include <cstdint>
+#include <functional>
 
 #include "pdf/pdf_doc.h"
 
@@ -30,6 +31,9 @@ void mergeDocs(const Handle<MyPDFDoc>& source, const Handle<MyPDFDoc>& target, c
 /// a null one the target's own.
 String mergeDocs(const String& path1, const String& path2, const String& output);
 
+/// Puts the source's pages, with their inherited boxes but without other inherited entries, behind those of the
+/// target's list; its tree stays as it is until rebuildPageList. The source must not be used afterwards.
+void appendPages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source);
 /// Appends the source's pages to the target, with their inherited boxes but without other inherited entries, and writes
 /// the target. The source must not be used afterwards.
 void mergePages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source, const String& output);
@@ -42,6 +46,10 @@ void deleteLastPage(const String& path);
 /// without a file gives nothing. Throws RangeException when there are more pages than paths; an empty list does
 /// nothing.
 void mergeDocWithPaths(const Handle<MyPDFDoc>& target, const Array& paths);
+/// Gives the document of a file.
+using DocumentOpener = std::function<Handle<MyPDFDoc>(const String& path)>;
+/// The same with documents that `open` gives.
+void mergeDocWithPaths(const Handle<MyPDFDoc>& target, const Array& paths, const DocumentOpener& open);
 /// Reads the file, merges, and gives the document without writing it. What raises is shown, and the result is null.
 Handle<MyPDFDoc> mergeDocWithPaths(const String& path, const Array& paths);
 
