@@ -89,6 +89,45 @@ UIDRef getChildRef(const UIDRef& item) {
     return UIDRef(item.GetDataBase(), hierarchy->GetChildUID(0));
 }
 
+UID pageUIDForFrame(const UIDRef& item) {
+    constexpr int32_t climbToThePage = 1;
+    InterfacePtr<IHierarchy> hierarchy(item);
+    Utils<IHierarchyUtils> pages;
+    return hierarchy && pages ? pages->GetOwnerPageUID(hierarchy.get(), climbToThePage) : kInvalidUID;
+}
+
+UID pageUIDForObj(IPMUnknown* item) {
+    return pageUIDForFrame(::GetUIDRef(item));
+}
+
+UID spreadUIDForFrame(const UIDRef& item) {
+    InterfacePtr<IHierarchy> hierarchy(item);
+    return hierarchy ? hierarchy->GetSpreadUID() : kInvalidUID;
+}
+
+UID spreadLayerUIDForFrame(const UIDRef& item) {
+    InterfacePtr<IHierarchy> hierarchy(item);
+    return hierarchy ? hierarchy->GetLayerUID() : kInvalidUID;
+}
+
+UID docLayerUIDForFrame(const UIDRef& item) {
+    const UID spreadLayer = spreadLayerUIDForFrame(item);
+    InterfacePtr<ISpreadLayer> layer(item.GetDataBase(), spreadLayer);
+    return layer ? layer->GetDocLayerUID() : spreadLayer;
+}
+
+UID layerUIDForFrame(const UIDRef& item) {
+    InterfacePtr<ISpreadLayer> layer(item.GetDataBase(), spreadLayerUIDForFrame(item));
+    return layer ? layer->GetDocLayerUID() : kInvalidUID;
+}
+
+String layerNameForFrame(const UIDRef& item, UID* out) {
+    const UID uid = layerUIDForFrame(item);
+    if (out) *out = uid;
+    InterfacePtr<IDocumentLayer> layer(item.GetDataBase(), uid);
+    return layer ? stringWithPMString(layer->GetName()) : String();
+}
+
 ErrorCode deleteFrames(const UIDList& items) {
     return items.IsEmpty() ? kSuccess : processOnItems(kDeletePageItemsCmdBoss, items);
 }

@@ -33,6 +33,19 @@ class MyFrame : public UIDRef {
 
     UIDRef storyRef() const;  ///< `storyForFrame`
 
+    // Geometry and fit, told in host/frame_geometry.h.
+    PMRect bounds(uint8_t mm) const;
+    ErrorCode setBounds(PMRect& bounds, uint8_t mm) const;
+    /// The item's inner bounds brought to the pasteboard: beside path and stroke bounds a third rectangle, which for a
+    /// turned item is the bounds of the turned box.
+    PMRect getRect() const;
+    void setRect(const PMRect& rectangle) const;
+    /// Logs "\t####\tfitFrameToContent: %d" on error.
+    int16_t fitFrameToContent() const;
+    /// Fits the frame's content proportionally, unlike the free function of this name. Logs
+    /// "\t####\tfitContentToFrame: %d" on error.
+    int16_t fitContentToFrame() const;
+
     // Text values under keys, kept with the item (records/tag_values.h has the store itself).
     String getTag(const char* key) const;   ///< null when absent
     int32_t getInt(const char* key) const;  ///< 0 when absent
@@ -59,6 +72,18 @@ uint8_t isValidFrame(const UIDRef& item);
 UIDRef getParentRef(const UIDRef& item);
 /// The first child; null database and UID 0 for a null database, an object without a hierarchy or without a child.
 UIDRef getChildRef(const UIDRef& item);
+
+// Where the item is; 0 for a missing one.
+UID pageUIDForFrame(const UIDRef& item);
+UID pageUIDForObj(IPMUnknown* item);
+UID spreadUIDForFrame(const UIDRef& item);
+UID spreadLayerUIDForFrame(const UIDRef& item);
+/// The document layer. For a spread layer that can't be asked the spread layer's own UID.
+UID docLayerUIDForFrame(const UIDRef& item);
+/// The same, but 0 for a spread layer that can't be asked.
+UID layerUIDForFrame(const UIDRef& item);
+/// That layer's name, null for none; its UID goes to `out` when that isn't null.
+String layerNameForFrame(const UIDRef& item, UID* out);
 
 /// Deletes all items of the list in one host command and gives its result. 0 for an empty list and when the command
 /// can't be had.

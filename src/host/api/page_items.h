@@ -27,6 +27,9 @@ class IGeometry : public IPMUnknown {
     virtual PMMatrix InnerToPasteboard() = 0;
 };
 
+/// The bounds on the pasteboard of a rectangle in the item's inner coordinates.
+PMRect TransformInnerRectToPasteboard(IGeometry* item, const PMRect& inner);
+
 /// Of a page.
 class IMargins : public IPMUnknown {
   public:
