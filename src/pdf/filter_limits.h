@@ -21,4 +21,16 @@ inline constexpr size_t kMaximumFilters = 8;
 /// Bytes of one row behind a predictor: colours times bits times columns, which the file chooses.
 inline constexpr size_t kMaximumPredictorRow = size_t{1} << 26;
 
+/// Objects that are met while a file is read, direct ones counted each. A file can hold one for every two bytes, and
+/// each takes a hundred and more in memory.
+inline constexpr size_t kMaximumReaderObjects = size_t{1} << 23;
+
+/// Bytes that a file's compressed objects and tables may have with their filters undone: this much, and for each byte
+/// of the file kExpansion more. Real files stay below a tenth of that.
+inline constexpr size_t kExpansionBase = size_t{1} << 23;
+inline constexpr size_t kExpansion = 16;
+
+/// Filters that the platform's reader undoes within one another, each by calls on the stack.
+inline constexpr int kMaximumNestedFilters = 32;
+
 }  // namespace vornaset::pdf_limits
