@@ -2,20 +2,6 @@
 
 namespace vornaset {
 
-PMString pmString(const String& text) {
-    PMString result;
-    result.SetCFString(text.view());
-    return result;
-}
-
-WideString wideString(const String& text) {
-    return WideString(std::u16string(text.view()));
-}
-
-String stringWithPMString(const PMString& text) {
-    return String(text.View());
-}
-
 InterfacePtr<IDocument> documentOfDataBase(IDataBase* database) {
     if (!database) return {};
     return InterfacePtr<IDocument>(database, database->GetRootUID());

@@ -1,17 +1,12 @@
 #pragma once
-// The steps that every wrapper of this layer shares: text into and out of the host, a database's document, a command on
-// a list of items.
+// The steps that every wrapper of this layer shares: a database's document, a command on a list of items; and text into
+// and out of the host.
 
 #include "host/api/host.h"
+#include "support/paths_host.h"
 #include "support/values.h"
 
 namespace vornaset {
-
-/// Text for the host's services. A null string gives an empty text.
-PMString pmString(const String& text);
-WideString wideString(const String& text);
-/// Text from the host; never null.
-String stringWithPMString(const PMString& text);
 
 /// The document of a database with a reference; null for a null database or one without a document.
 InterfacePtr<IDocument> documentOfDataBase(IDataBase* database);
