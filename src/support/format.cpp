@@ -226,6 +226,7 @@ class Formatter {
                                                 : conversion.letter == 'o' ? 8
                                                                            : 10);
         std::string digits(buffer, end);
+        if (conversion.precision == 0U && bits == 0) digits.clear();
         if (conversion.precision && digits.size() < *conversion.precision) {
             digits.insert(0, *conversion.precision - digits.size(), '0');
         }

@@ -1,5 +1,7 @@
 #include "support/log.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -169,7 +171,7 @@ TEST_F(Log, TheUsersOwnDocumentsFolderIsHonoured) {
 
 TEST_F(Log, AFolderThatCanNotBeMadeLosesTheLog) {
     writeFile(home_.path() + "/Documents/file", "x");
-    setupLog(0, 10, "file/below");
+    EXPECT_NO_THROW(setupLog(0, 10, "file/below"));
     MyLog("lost");
     EXPECT_FALSE(std::filesystem::exists(home_.path() + "/Documents/file/below"));
 }
@@ -199,6 +201,15 @@ TEST_F(Log, WriteLogAppendsTheTextAsItIs) {
     EXPECT_EQ(content(), before + "\xC3\xA4 100%@(null)");
     writeLog(String(std::u16string{0xD800}));
     EXPECT_EQ(content(), before + "\xC3\xA4 100%@(null)(null)");
+}
+
+TEST_F(Log, ADiskThatIsFullLosesTheLine) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this machine has no device that is always full";
+    setupLog(1, 0, nullptr);
+    std::filesystem::remove(path());
+    std::filesystem::create_symlink("/dev/full", path());
+    MyLog("lost");
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
 }
 
 TEST_F(Log, AFileThatHasGoneIsNotMadeAgain) {
@@ -240,6 +251,23 @@ TEST_F(Log, MyLog1PrintsThisOneLine) {
     MyLog1("x");
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(gConsole, 1);
+}
+
+TEST_F(Log, TurnedOnWithoutAPathItGoesToStandardOutputAlone) {
+    // The path is kept for the life of the process, so this needs a process that never set the log up.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto run = [this] {
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        setLogging(1, 1);
+        MyLog("heard");
+        setLogging(1, 0);
+        MyLog("not there");
+        clearLog(0);
+        const bool isAlone = getLogPath().isNull() && !std::filesystem::exists(path());
+        std::filesystem::remove_all(home_.path());
+        std::_Exit(isAlone ? 0 : 1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "Vornaset::heard\n$");
 }
 
 TEST_F(Log, SetConsoleReturnsTheFormerValue) {
@@ -288,6 +316,12 @@ TEST_F(Log, HostTypesHaveTheirLines) {
     EXPECT_EQ(lastEntry(), "box: 10.0 20.0 30.0 40.0");
     log(UID(77), "uid");
     EXPECT_EQ(lastEntry(), "uid: 77");
+    logComponent(URI("file", "/a/b.csv"), 0);
+    EXPECT_EQ(lastEntry(), "0: file");
+    logComponent(URI("file", "/a/b.csv"), 2);
+    EXPECT_EQ(lastEntry(), "2: /a/b.csv");
+    logComponent(URI("file", "/a/b.csv"), 99);
+    EXPECT_EQ(lastEntry(), "99: ");
 }
 
 TEST_F(Log, RangesDataAndObjectsHaveTheirLines) {
@@ -315,8 +349,10 @@ TEST(SystemLog, GoesToTheSinkWhateverTheGateSays) {
     setLogging(0, 0);
     systemLog("pdfEvent: db=%lx, msg=%d, pageNum=%d", static_cast<const void*>(nullptr), 4, 12);
     logArc();
+    log(MyPoint{1.5F, -2.25F});
     setSystemLogSink(before);
-    EXPECT_EQ(lines, (std::vector<std::string>{"pdfEvent: db=0, msg=4, pageNum=12", "ARC: NO"}));
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{"pdfEvent: db=0, msg=4, pageNum=12", "ARC: NO", "\t1.500000 -2.250000"}));
 }
 
 TEST(SystemLog, PrintsNothingOnTheScreen) {
