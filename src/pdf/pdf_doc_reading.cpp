@@ -95,6 +95,7 @@ void MyPDFDoc::setupPDFObjects() {
         info_ = pdfInfo();
         catalog_ = MyPDFDictionary::make();
         container_ = catalog_;
+        if (docRef() != nullptr) docRef()->readAll();
         setupPDFObjectsWithDict(catalogRef());
         setupPages();
         rebuildObjectsList();

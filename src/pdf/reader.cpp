@@ -183,6 +183,13 @@ std::string withoutSlash(std::string name) {
     return name;
 }
 
+/// Where a stream's bytes stand in the file.
+struct StreamPlace {
+    size_t offset = 0;
+    size_t length = 0;
+    bool isKnown = false;
+};
+
 String textOfKey(const std::string& bytes) {
     String text = stringWithBytes(bytes.data(), bytes.size(), kUTF8Encoding);
     if (text.isNull()) text = stringWithData(Data(bytes));
@@ -193,10 +200,11 @@ String textOfKey(const std::string& bytes) {
 
 struct ReaderDocument::Parsed {
     Data bytes;
-    QPDF file;
+    std::unique_ptr<QPDF> file = std::make_unique<QPDF>();
     size_t expansion = 0;
     std::deque<ReaderObject> objects;
-    std::vector<QPDFObjectHandle> containers;
+    std::vector<QPDFObjectHandle> containers;  ///< empty once all is read
+    std::vector<StreamPlace> places;           ///< of the containers that are streams, from readAll on
     std::unordered_map<uint64_t, const ReaderObject*> indirect;  ///< by number and generation
     std::map<std::string, ReaderKey, std::less<>> keys;
     const ReaderObject* catalog = nullptr;
@@ -208,9 +216,9 @@ struct ReaderDocument::Parsed {
         bytes = data;
         expansion = pdf_limits::kExpansionBase + pdf_limits::kExpansion * data.length();
         const Expansion allowance(expansion);
-        file.setSuppressWarnings(true);
-        file.processMemoryFile("file", data.view().data(), data.length());
-        file.getRoot();
+        file->setSuppressWarnings(true);
+        file->processMemoryFile("file", data.view().data(), data.length());
+        file->getRoot();
     }
 
     const ReaderKey& keyFor(const std::string& name) {
@@ -237,6 +245,22 @@ struct ReaderDocument::Parsed {
         if (identity != 0) indirect.emplace(identity, &made);
         fill(made, source);
         return made;
+    }
+
+    StreamPlace placeOf(const ReaderObject& stream) {
+        const qpdf_offset_t offset = containers[stream.source_].getParsedOffset();
+        const ReaderObject* length = stream.entry("Length");
+        if (offset <= 0 || length == nullptr || length->type() != ReaderType::integer || length->integer() < 0)
+            return {};
+        const std::string_view whole = bytes.view();
+        const auto start = static_cast<uint64_t>(offset);
+        const auto count = static_cast<uint64_t>(length->integer());
+        if (start > whole.size() || count > whole.size() - start) return {};
+        std::string_view rest = whole.substr(start + count);
+        if (rest.starts_with('\r')) rest.remove_prefix(1);
+        if (rest.starts_with('\n')) rest.remove_prefix(1);
+        if (!rest.starts_with("endstream")) return {};
+        return {start, count, true};
     }
 
     void fill(ReaderObject& object, QPDFObjectHandle& source) {
@@ -268,8 +292,8 @@ struct ReaderDocument::Parsed {
 
 ReaderDocument::ReaderDocument(std::unique_ptr<Parsed> parsed) : parsed_(std::move(parsed)) {
     const Expansion allowance(parsed_->expansion);
-    parsed_->catalog = &parsed_->objectFor(*this, parsed_->file.getRoot());
-    QPDFObjectHandle info = parsed_->file.getTrailer().getKey("/Info");
+    parsed_->catalog = &parsed_->objectFor(*this, parsed_->file->getRoot());
+    QPDFObjectHandle info = parsed_->file->getTrailer().getKey("/Info");
     if (info.isDictionary()) parsed_->info = &parsed_->objectFor(*this, info);
 }
 
@@ -318,6 +342,14 @@ size_t ReaderDocument::objectCount() const noexcept {
 
 void ReaderDocument::read(const ReaderObject& container) {
     const Expansion allowance(parsed_->expansion);
+    if (parsed_->file == nullptr) {
+        if (container.type_ == ReaderType::array) {
+            container.held_ = ReaderObject::Items();
+        } else {
+            container.held_ = ReaderObject::Entries();
+        }
+        return;
+    }
     QPDFObjectHandle source = parsed_->containers[container.source_];
     if (container.type_ == ReaderType::array) {
         ReaderObject::Items items;
@@ -334,9 +366,48 @@ void ReaderDocument::read(const ReaderObject& container) {
     container.held_ = std::move(entries);
 }
 
+// Nothing is decided here by what the parser remembers: where its own place and length of a stream don't lead to the
+// word that ends a stream, it keeps the file.
+void ReaderDocument::readAll() {
+    if (parsed_->file == nullptr) return;
+    std::vector<char> isMet;
+    std::vector<const ReaderObject*> waiting{parsed_->catalog};
+    std::vector<const ReaderObject*> streams;
+    const auto meet = [&](const ReaderObject& object) {
+        if (!object.isContainer()) return;
+        if (isMet.size() <= object.serial()) isMet.resize(parsed_->objects.size());
+        if (std::exchange(isMet[object.serial()], char{1}) == 0) waiting.push_back(&object);
+    };
+    while (!waiting.empty()) {
+        const ReaderObject& container = *waiting.back();
+        waiting.pop_back();
+        if (container.type() == ReaderType::stream) streams.push_back(&container);
+        for (const ReaderObject* item : container.items()) meet(*item);
+        for (const ReaderEntry& entry : container.entries()) meet(*entry.value);
+    }
+    if (parsed_->file->isEncrypted()) return;
+    std::vector<StreamPlace> places(parsed_->containers.size());
+    for (const ReaderObject* stream : streams) {
+        const StreamPlace place = parsed_->placeOf(*stream);
+        if (!place.isKnown) return;
+        places[stream->source_] = place;
+    }
+    parsed_->places = std::move(places);
+    parsed_->containers = {};
+    parsed_->file.reset();
+}
+
 RawStream ReaderDocument::rawStream(const ReaderObject& stream) {
     RawStream raw;
     if (stream.type() != ReaderType::stream) return raw;
+    if (parsed_->file == nullptr) {
+        const StreamPlace place = parsed_->places[stream.source_];
+        if (!place.isKnown) return raw;
+        raw.filters = filtersOf(stream);
+        raw.bytes = parsed_->bytes.view().substr(place.offset, place.length);
+        raw.isReadable = true;
+        return raw;
+    }
     const std::lock_guard lock(parsed_->streamAccess);
     const Expansion allowance(parsed_->expansion);
     raw.filters = filtersOf(stream);

@@ -106,6 +106,9 @@ class ReaderDocument {
     int64_t numberOfPages();
     /// Number from 1. Null when there is no such page.
     const ReaderObject* page(int64_t number);
+    /// Reads all that the catalog leads to, and gives up what was needed for that, most of the memory: from here on the
+    /// containers that the catalog doesn't lead to are empty, and their streams not readable. Throws as above.
+    void readAll();
     /// How many objects have been met so far.
     size_t objectCount() const noexcept;
     /// For a stream; empty and not readable for anything else. Several threads may ask at once, while nobody else looks
