@@ -5,15 +5,15 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "support/limits.h"
 #include "support/log.h"
+#include "support/paths.h"
 #include "support/text_decoding.h"
+#include "support/text_files.h"
 
 namespace vornaset {
 
 namespace {
-
-/// Deeper nesting has no use here, and each level costs stack when a container is described, compared or let go.
-constexpr size_t kLargestDepth = 512;
 
 using Json = nlohmann::ordered_json;
 
@@ -63,7 +63,7 @@ std::optional<Json> jsonOf(const Number& number) {
 }
 
 std::optional<Json> jsonOf(const Value& value, uint64_t options, size_t depth) {
-    if (depth > kLargestDepth) return std::nullopt;
+    if (depth > kDeepestJson) return std::nullopt;
     if (value.isString()) return Json(value.string().utf8());
     if (value.isNumber()) return jsonOf(value.number());
     if (value.isArray()) return jsonOf(value.array(), options, depth);
@@ -105,8 +105,8 @@ class ValueBuilder : public nlohmann::json_sax<Json> {
     };
 
     bool open(const Value& container) {
-        if (open_.size() >= kLargestDepth) {
-            error_ = "JSON: nested deeper than " + std::to_string(kLargestDepth);
+        if (open_.size() >= kDeepestJson) {
+            error_ = "JSON: nested deeper than " + std::to_string(kDeepestJson);
             return false;
         }
         if (!take(container)) return false;
@@ -171,6 +171,10 @@ Value jsonObjWithData(const Data& data) {
 
 Value jsonObjWithString(const String& text) {
     return jsonObjWithData(dataWithString(text));
+}
+
+Value jsonObjWithPath(const String& path) {
+    return jsonObjWithData(dataWithFile(stringByReplacingPathExtension(path, "json")));
 }
 
 Dictionary dictWithJsonData(const Data& data) {

@@ -23,6 +23,9 @@ String jsonString(const Value& value, uint64_t options);
 /// for null data and for anything that is no JSON or whose root is neither.
 Value jsonObjWithData(const Data& data);
 Value jsonObjWithString(const String& text);
+/// Reads the file of the same path but with the extension "json", whatever extension the path has. Null, and no error,
+/// when that file can't be read.
+Value jsonObjWithPath(const String& path);
 
 /// The same if it is a dictionary, else null.
 Dictionary dictWithJsonData(const Data& data);

@@ -9,14 +9,12 @@
 #include <vector>
 
 #include "support/values.h"
+#include "support/xml_node.h"
 
 namespace vornaset {
 
-class XmlTree;
-
-/// A handle on one element. Copies share it, and any handle keeps the whole tree alive. A null element answers null, 0
-/// or empty, and edits of it do nothing.
-class Element {
+/// A handle on one element. Edits of a null element do nothing.
+class Element : public XmlNode {
   public:
     Element() noexcept = default;  ///< null
     Element(std::nullptr_t) noexcept {}
@@ -26,52 +24,40 @@ class Element {
     /// The root element of an XML text. White space between elements is dropped. Null for text that doesn't parse, that
     /// has a document type declaration, or that nests deeper than 256 elements. Nothing outside the text is read.
     static Element withXMLString(const String& text);
+    /// The node if it is an element, else null.
+    static Element with(const XmlNode& node);
 
-    bool isNull() const noexcept { return node_ == nullptr; }
-    explicit operator bool() const noexcept { return node_ != nullptr; }
-    String name() const;
-    /// The text of the element and all below it.
-    String stringValue() const;
     /// Replaces all children by the text; null leaves no child. Characters that XML doesn't have become U+FFFD.
     void setStringValue(const String& text);
 
-    /// Children of every kind: elements, texts, comments.
-    size_t childCount() const;
     std::vector<Element> childElements() const;
     /// The first child element of that name, or null.
     Element childNamed(const String& name) const;
     /// Appends an element that has no parent yet; this tree owns it from here. Throws InvalidArgumentException for a
     /// null element, for one that has a parent, and for the element itself.
     void addChild(const Element& child);
+    /// Appends a CDATA section. A "]]>" in the text is divided between two sections when it is written.
+    void addCData(const String& text);
 
-    /// Null when there is no such attribute.
+    /// The value of the attribute of that name, prefix included. Null when there is none.
     String attribute(const String& name) const;
+    /// In the order in which they stand.
+    std::vector<XmlNode> attributes() const;
     /// Sets or replaces. Nothing for a null name or text and for a name that is no XML name.
     void setAttribute(const String& name, const String& text);
 
-    /// The element's text as it is: no declaration, no added white space, an empty element as two tags.
-    String xmlText() const;
-
-    /// The same element, not an equal one.
-    bool isSameObject(const Element& other) const noexcept { return node_ == other.node_; }
-
   private:
-    friend String xmlString(const Element& element);
-    Element(std::shared_ptr<XmlTree> tree, void* node) noexcept : tree_(std::move(tree)), node_(node) {}
-    std::string serialised(int options) const;
-
-    std::shared_ptr<XmlTree> tree_;
-    void* node_ = nullptr;  ///< owned by the tree
+    friend struct XmlAccess;
+    Element(std::shared_ptr<XmlTree> tree, void* node) noexcept : XmlNode(std::move(tree), node) {}
 };
-
-/// The element's text, pretty-printed, with empty elements in the compact form.
-String xmlString(const Element& element);
 
 /// An element parsed from the text, or, when the text is null or doesn't parse, from the fallback. Null if all fails;
 /// nothing is logged.
 Element nodeWithXMLString(const String& text, const String& fallback = nullptr);
-/// A new element with the text, when it isn't null.
-Element nodeWithName(const String& name, const String& text = nullptr);
+/// A new element with the text and the attributes, when they aren't null.
+Element nodeWithName(const String& name, const String& text = nullptr, const Dictionary& attributes = nullptr);
+/// A new element named "story", whatever `name` says, with one CDATA section that holds the text, and the attributes.
+Element nodeWithCDATA(const String& name, const String& text, const Dictionary& attributes);
 /// A new element with the text as the last child of the parent. Null for a null name or parent.
 Element addStringNode(const Element& parent, const String& name, const String& text);
 Element addNode(const Element& parent, const String& name);

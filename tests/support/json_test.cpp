@@ -2,7 +2,9 @@
 
 #include <cmath>
 
+#include "support/log.h"
 #include "support/printing.h"
+#include "support/scratch_folder.h"
 
 namespace vornaset {
 namespace {
@@ -67,6 +69,36 @@ TEST(JsonObject, DepthHasALimit) {
     EXPECT_FALSE(jsonObjWithString(nested(512)).isNull());
     EXPECT_TRUE(jsonObjWithString(nested(513)).isNull());
     EXPECT_TRUE(jsonObjWithString(nested(1000000)).isNull());
+}
+
+TEST(JsonObject, ComesFromTheFileWithTheExtensionJson) {
+    const ScratchFolder folder;
+    writeFile(folder.path() + "/settings.json", "{\"a\":1}");
+    writeFile(folder.path() + "/settings.txt", "{\"a\":2}");
+    writeFile(folder.path() + "/a.b.json", "[3]");
+    const String base = String::fromUTF8(folder.path());
+    EXPECT_EQ(jsonObjWithPath(base + "/settings.txt").dictionary(), Dictionary::make({{"a", 1}}));
+    EXPECT_EQ(jsonObjWithPath(base + "/settings.json").dictionary(), Dictionary::make({{"a", 1}}));
+    EXPECT_EQ(jsonObjWithPath(base + "/settings").dictionary(), Dictionary::make({{"a", 1}}));
+    EXPECT_EQ(jsonObjWithPath(base + "/a.b.xml").array(), Array::make({3}));
+    EXPECT_TRUE(jsonObjWithPath(base + "/other.txt").isNull());
+    EXPECT_TRUE(jsonObjWithPath(nullptr).isNull());
+}
+
+TEST(JsonObject, NumbersKeepTheirValue) {
+    const Array numbers =
+        jsonObjWithString("[9223372036854775807,-9223372036854775808,18446744073709551615,1e-7,-0.0]").array();
+    EXPECT_EQ(numbers[0].number(), Number(INT64_MAX));
+    EXPECT_EQ(numbers[1].number(), Number(INT64_MIN));
+    EXPECT_EQ(numbers[2].number().doubleValue(), 18446744073709551615.0);
+    EXPECT_EQ(numbers[3].number().doubleValue(), 1e-7);
+    EXPECT_TRUE(std::signbit(numbers[4].number().doubleValue()));
+    EXPECT_TRUE(jsonObjWithString("[1e999]").isNull());
+}
+
+TEST(DictWithJsonData, NullDataGivesNull) {
+    EXPECT_TRUE(dictWithJsonData(Data()).isNull());
+    EXPECT_TRUE(dictWithJsonData(String()).isNull());
 }
 
 TEST(DictWithJsonData, IsNullForAnArray) {
