@@ -192,12 +192,14 @@ void logError(const Error& error, const String& label) {
 }
 
 void logRect(const Rect& rectangle, uint8_t toMM) {
+    if (gLogging != 1) return;
     const auto shown = [toMM](double points) { return toMM == 1 ? points * 25.4 / 72 : points; };
     MyLog("%.1f %.1f %.1f %.1f", shown(rectangle.x), shown(rectangle.y), shown(rectangle.width),
           shown(rectangle.height));
 }
 
 void logRects(const Array& rectangles, uint8_t toMM) {
+    if (gLogging != 1) return;
     for (const Value& rectangle : rectangles) logRect(rectWithValue(rectangle), toMM);
 }
 

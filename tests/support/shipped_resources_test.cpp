@@ -33,7 +33,8 @@ using Places = std::map<std::string, std::string>;  ///< key to the file that us
 /// First arguments that are literals, of the operations that look a C string up.
 void collectFromSource(const std::filesystem::path& file, Places& keys) {
     static const std::regex use(
-        "\\b(msgBox|msgBoxYesNo|msgBoxOkCancel|msgBoxYesNoCancel|msgBoxYesNoIgnore|setMsg2|localizeString|stringForKey)"
+        "\\b(msgBox|msgBoxYesNo|msgBoxOkCancel|msgBoxYesNoCancel|msgBoxYesNoIgnore|setMsg2|localizeString|stringForKey|"
+        "pmString)"
         "\\(\\s*\"((?:[^\"\\\\]|\\\\.)*)\"");
     const std::string text = contentOf(file.string());
     for (std::sregex_iterator match(text.begin(), text.end(), use), end; match != end; ++match) {
