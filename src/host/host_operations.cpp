@@ -7,6 +7,11 @@ InterfacePtr<IDocument> documentOfDataBase(IDataBase* database) {
     return InterfacePtr<IDocument>(database, database->GetRootUID());
 }
 
+InterfacePtr<IPMUnknown> sessionWorkspace() {
+    IExecutionContextSession* session = ::GetExecutionContextSession();
+    return InterfacePtr<IPMUnknown>(Adopt::Reference, session ? session->QueryWorkspace() : nullptr);
+}
+
 ErrorCode processOnItems(ClassID commandClass, const UIDList& items) {
     InterfacePtr<IPMCommand> command(Adopt::Reference, CmdUtils::CreateCommand(commandClass));
     if (!command) return kSuccess;

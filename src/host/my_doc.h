@@ -1,6 +1,8 @@
 #pragma once
 // An open document: the handle, the front document and a document's path.
 
+#include <memory>
+
 #include "host/api/host.h"
 #include "host/enumerators.h"
 #include "support/values.h"
@@ -50,6 +52,40 @@ class MyDoc {
     uint8_t enumVisibleBoxes(ItemCallback callback, void* data) const;
     uint8_t enumDocLayers(DocumentLayerCallback callback, void* data) const;
     uint8_t enumStories(StoryCallback callback, void* data) const;
+
+    // Files, told in host/doc_files.h.
+    /// Of the front document; when none is open and the flag equals 1, of a new one. Null when there is none.
+    static std::unique_ptr<MyDoc> frontDoc(uint8_t create);
+    /// Opens the file; null when that fails. The second argument isn't used.
+    static std::unique_ptr<MyDoc> docWithPath(const String& path, uint32_t);
+    /// Opens the file, and the handle is on the document that is in front then. 0, else the host's error or -1 for a
+    /// host that can't open files; the handle stays as it was then.
+    int16_t open(const String& path);
+    /// The path that it was opened with, else the document's; for a flag of 1 the folder of it.
+    String getPath(uint8_t folderOnly) const;
+    /// The file's name, for a flag of 0 without its extension.
+    String getName(uint8_t keepExtension) const;
+    int16_t save() const;
+    int16_t saveAs(const String& path) const;
+    /// Removes an existing file before the host is asked: it goes even when the copy is refused.
+    int16_t saveACopy(const String& path) const;
+    void close() const;  ///< the handle stays as it is and is of no use any more
+    void redraw() const;
+    /// Nothing for a closed document.
+    void setModified(uint8_t modified) const;
+
+    // Pages and spreads, told in host/doc_pages.h. Indices from 0, not checked.
+    UIDRef getSpreadRef(int32_t index) const;
+    UIDList spreadList() const;
+    /// The page; `UIDRef::gNull` without a document. Its spread goes to `spread`, and then its index there to
+    /// `indexInSpread`, where these aren't null; without a document they stay as they are.
+    UIDRef getPageRef(int32_t index, UIDRef* spread, int32_t* indexInSpread) const;
+    int32_t getNumPages() const;
+    int32_t getNumSpreads() const;
+    /// Pages by number from 1, first and last included; what lies outside of the document is left out.
+    UIDList pageRange(int32_t first, int32_t last) const;
+    /// The bounds of the spread's pages in its own coordinates; their number in `pageCount`.
+    PMRect getSpreadBounds(int32_t index, int32_t* pageCount) const;
 
   private:
     IDocument* document_ = nullptr;

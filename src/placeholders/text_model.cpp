@@ -3,7 +3,10 @@
 #include "host/api/host.h"
 #include "host/host_operations.h"
 #include "host/styles.h"
+#include "support/alert.h"
 #include "support/exception.h"
+#include "support/log.h"
+#include "support/xml_text.h"
 
 namespace vornaset {
 
@@ -175,5 +178,18 @@ void MyTextModel::clear() {
     const int32_t span = model_->GetPrimaryStoryThreadSpan();
     if (span > 1) model_->Delete(0, span - 1);
 }
+
+// --- Reserved
+
+void MyTextModel::setAttributes(int32_t, int32_t, const String&) {
+    alertPresenter().beep();
+    systemLog("####\tsetAttributes");
+}
+
+void MyTextModel::setAttributes(int32_t position, int32_t length, const Dictionary& attributes) {
+    setAttributes(position, length, xmlStringWithDict(attributes));
+}
+
+void MyTextModel::enumTextAttributes(TextAttributesCallback, void*) const {}
 
 }  // namespace vornaset

@@ -20,6 +20,12 @@
 
 namespace vornaset {
 
+class MyTextModel;
+
+/// Has no content and no other use than in the callback's type.
+struct MyTextAttrData {};
+using TextAttributesCallback = unsigned char (*)(MyTextModel* text, MyTextAttrData& attributes, void* data);
+
 class MyTextModel {
   public:
     /// On nothing for null.
@@ -86,6 +92,12 @@ class MyTextModel {
     void deleteLastChar();  ///< the one before the terminal character
     /// Empties the story's main text in the host alone; mirror and line state stay.
     void clear();
+
+    // --- Reserved: neither changes a character's attributes. Both beep and tell the system log "####\tsetAttributes".
+    void setAttributes(int32_t position, int32_t length, const String& attributes);
+    void setAttributes(int32_t position, int32_t length, const Dictionary& attributes);
+    /// Does nothing and never calls back.
+    void enumTextAttributes(TextAttributesCallback callback, void* data) const;
 
     // --- Scanning (changes the row state)
 

@@ -20,6 +20,29 @@ constexpr const char* kFrameNumber = "frameNum";
 constexpr const char* kOmrNumber = "omr";
 constexpr const char* kColumnName = "colName";
 
+/// What a fill asks of a frame.
+struct FillFields {
+    int64_t number = 0;
+    String column{u""};
+};
+
+// Asked for every story and every picture of every fill, where parsing the few fields anew costs more than all else
+// that a fill does for a short story. The same text always says the same, so it is remembered by the record's text.
+const FillFields& knownFieldsOf(const UIDRef& frame) {
+    constexpr size_t mostRemembered = 1024;
+    static const FillFields none;
+    thread_local std::unordered_map<String, FillFields> remembered;
+    const String record = stringForKey(frame, kRecordKey, String());
+    if (record.isNull()) return none;
+    const auto known = remembered.find(record);
+    if (known != remembered.end()) return known->second;
+    if (remembered.size() >= mostRemembered) remembered.clear();
+    const Element node = Element::withXMLString(record);
+    return remembered
+        .emplace(record, FillFields{integerForKey(node, kFrameNumber, 0), stringForKey(node, kColumnName, none.column)})
+        .first->second;
+}
+
 String textOfFrame(const UIDRef& frame, const char* key) {
     return stringForKey(nodeForFrame(frame), key, String(u""));
 }
@@ -127,19 +150,8 @@ bool docHasData(const UIDRef& document) {
 
 // --- A frame's record
 
-// Asked for every story of every fill, where parsing the few fields anew costs more than all else that a fill does for
-// a short story. The same text always says the same number, so numbers are remembered by the record's text.
 int64_t frameNumberForFrame(const UIDRef& frame) {
-    constexpr size_t mostRemembered = 1024;
-    thread_local std::unordered_map<String, int64_t> numbers;
-    const String record = stringForKey(frame, kRecordKey, String());
-    if (record.isNull()) return 0;
-    const auto known = numbers.find(record);
-    if (known != numbers.end()) return known->second;
-    if (numbers.size() >= mostRemembered) numbers.clear();
-    const int64_t number = integerForKey(Element::withXMLString(record), kFrameNumber, 0);
-    numbers.emplace(record, number);
-    return number;
+    return knownFieldsOf(frame).number;
 }
 void setFrameNumberForFrame(const UIDRef& frame, int64_t number) {
     setIntegerForNode(frame, kFrameNumber, number);
@@ -163,7 +175,7 @@ void setOmrNumberForFrame(const UIDRef& frame, int64_t number) {
 }
 
 String colNameForFrame(const UIDRef& frame) {
-    return textOfFrame(frame, kColumnName);
+    return knownFieldsOf(frame).column;
 }
 void setColNameForFrame(const UIDRef& frame, const String& column) {
     setTextOfFrame(frame, kColumnName, column);

@@ -112,6 +112,20 @@ String shortDateAndTime(const Date& date, const String& localeIdentifier, const 
     return stringOf(text);
 }
 
+String dateInStyle(const Date& date, DateStyle style, const String& localeIdentifier,
+                   const String& timeZoneIdentifier) {
+    static constexpr icu::DateFormat::EStyle styles[] = {icu::DateFormat::kShort, icu::DateFormat::kMedium,
+                                                         icu::DateFormat::kLong, icu::DateFormat::kFull};
+    if (style == DateStyle::None) return u"";
+    const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateInstance(styles[static_cast<int>(style) - 1], localeNamed(localeIdentifier)));
+    if (!format) return date.description();
+    if (!timeZoneIdentifier.isNull()) format->adoptTimeZone(icu::TimeZone::createTimeZone(unitsOf(timeZoneIdentifier)));
+    icu::UnicodeString text;
+    format->format(date.seconds * 1000, text);
+    return stringOf(text);
+}
+
 String monthName(const String& localeIdentifier) {
     const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
     return monthName(localeIdentifier, Date{now.count()});

@@ -25,6 +25,13 @@ String canonicallyComposed(const String& text);
 String shortDateAndTime(const Date& date, const String& localeIdentifier = nullptr,
                         const String& timeZoneIdentifier = nullptr);
 
+/// How much of a date is told.
+enum class DateStyle { None, Short, Medium, Long, Full };
+
+/// The date without its time, in a style of the locale; empty for DateStyle::None. The time zone as above.
+String dateInStyle(const Date& date, DateStyle style, const String& localeIdentifier = nullptr,
+                   const String& timeZoneIdentifier = nullptr);
+
 /// The stand-alone name of the current month in the locale ("March", "März", "mars"). The month is that of the
 /// Gregorian calendar at GMT, so near the turn of a month it can differ from the user's own calendar.
 String monthName(const String& localeIdentifier);
