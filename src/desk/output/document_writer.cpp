@@ -54,7 +54,8 @@ DocumentWriter::DocumentWriter(const Document& document, TextSource& texts, cons
       shapes_(document, palette_, shared_, simplifications_),
       fonts_(shared_),
       textPainter_(fonts_, palette_, shapes_),
-      items_(document, texts, shared_, shapes_, textPainter_),
+      pictures_(shared_, options_.fonts),
+      items_(document, texts, shared_, shapes_, textPainter_, pictures_),
       tree_(file_),
       pages_(document, items_, shared_, tree_) {}
 
@@ -73,6 +74,7 @@ ObjectNumber DocumentWriter::writeInformation() {
 
 void DocumentWriter::finish() {
     fonts_.finish();
+    pictures_.finish();
     const ObjectNumber root = tree_.finish();
     ContentBuffer object;
     object.append("<</Type/Catalog/Pages ").integer(root).append(" 0 R>>");

@@ -29,6 +29,7 @@ class DocumentWriter {
     ShapePainter shapes_;
     FontEmbedder fonts_;
     TextPainter textPainter_;
+    PictureWriter pictures_;
     ItemPainter items_;
     PageTree tree_;
     PageWriter pages_;

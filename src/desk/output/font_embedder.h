@@ -27,6 +27,10 @@ struct CodedGlyph {
     std::u16string copiesAs;  ///< what a reader gets when the glyph is copied
 };
 
+/// Writes one Type0 font, subset and embedded, whose codes are those of the glyphs: each code once. `font` has its
+/// number. Throws InputError when the face can't be subset.
+void writeCodedFont(const FontFace& face, const Resource& font, const std::vector<CodedGlyph>& glyphs, PdfFile& file);
+
 /// One face in use. Stays where it is as long as the embedder.
 class EmbeddedFace {
   public:

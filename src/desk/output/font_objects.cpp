@@ -251,6 +251,13 @@ class FontObjects {
     std::string baseName_;
 };
 
+void writeCodedFont(const FontFace& face, const Resource& font, const std::vector<CodedGlyph>& glyphs, PdfFile& file) {
+    std::vector<const CodedGlyph*> byCode;
+    for (const CodedGlyph& coded : glyphs) byCode.push_back(&coded);
+    std::sort(byCode.begin(), byCode.end(), [](auto* a, auto* b) { return a->code < b->code; });
+    FontObjects(face, font, std::move(byCode), file).write();
+}
+
 void EmbeddedFace::write(PdfFile& file) {
     for (const Type0Font& font : fonts_) {
         std::vector<const CodedGlyph*> byCode;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cmath>
 
 namespace desk {
 namespace {
@@ -49,6 +51,33 @@ std::string blendStateOf(const ItemAttributes& attributes) {
     return std::string(state.view());
 }
 
+/// The picture and where it lies, in as many words as tell it from another.
+void appendPictureSignature(const PageItem& item, const Matrix& toSheet, std::vector<uint64_t>& signature) {
+    const PictureIdentity& identity = item.graphic->picture->identity;
+    signature.insert(signature.end(), identity.words.begin(), identity.words.end());
+    const Rect& bounds = item.graphic->bounds;
+    for (const double value : {toSheet.a, toSheet.b, toSheet.c, toSheet.d, toSheet.e, toSheet.f, bounds.left,
+                               bounds.top, bounds.right, bounds.bottom})
+        signature.push_back(std::bit_cast<uint64_t>(value));
+}
+
+/// "The picture is damaged. Save it again." as part of a list: "the picture is damaged".
+std::string asClause(const std::string& sentence) {
+    std::string clause = sentence.substr(0, sentence.rfind(". "));
+    if (!clause.empty() && clause.front() == 'T') clause.front() = 't';
+    return clause;
+}
+
+bool hasPicture(const PageItem& item) {
+    return item.graphic && item.graphic->picture;
+}
+
+/// From the picture's natural points, y upwards, to the rectangle that the item gives it.
+Matrix toBounds(const Picture& picture, const Rect& bounds) {
+    const double x = bounds.width() / picture.width, y = bounds.height() / picture.height;
+    return {x, 0, 0, -y, bounds.left, bounds.bottom};
+}
+
 }  // namespace
 
 void LookCache::nextRound() {
@@ -60,32 +89,45 @@ void LookCache::nextRound() {
     ++round_;
 }
 
+/// Whether something is painted between the item's fill and its stroke.
+ShapeHolds ItemPainter::holds(const PageItem& item) const {
+    if (showsText(item)) return ShapeHolds::Content;
+    const bool holdsItems = std::any_of(item.children.begin(), item.children.end(), [this](Uid child) {
+        const PageItem* found = document_.item(child);
+        return found && (found->kind != ItemKind::Graphic || hasPicture(*found));
+    });
+    return holdsItems ? ShapeHolds::Content : ShapeHolds::Nothing;
+}
+
 const ItemLook& ItemPainter::lookOf(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks) {
     ItemLook& look = looks.at(item.uid);
-    const bool known = look.toSheet == toSheet && look.revision == item.revision + 1;  // 0 is a look not made yet
+    const ShapeHolds held = holds(item);
+    const bool known = look.toSheet == toSheet && look.revision == item.revision + 1 &&  // 0 is a look not made yet
+                       look.holds == held;
     if (known) return look;
     const uint64_t lastUsed = look.lastUsed;
     look = ItemLook();
     look.lastUsed = lastUsed;
     look.revision = item.revision + 1;
     look.toSheet = toSheet;
-    if (!item.visible || item.kind == ItemKind::Graphic) return look;
+    look.holds = held;
+    if (!item.visible) return look;
+    if (item.kind == ItemKind::Graphic && !hasPicture(item)) {
+        if (item.graphic && !item.graphic->failure.empty())
+            shapes_.simplifications().add(asClause(item.graphic->failure) + ", and is left out");
+        return look;
+    }
     const ItemAttributes attributes = document_.itemAttributes(item);
     if (attributes.nonprinting.value_or(false)) return look;
     look.blendState = blendStateOf(attributes);
     look.blends = !look.blendState.empty();
     look.visible = true;
-    if (item.kind == ItemKind::Group) return look;
+    if (item.kind == ItemKind::Group || item.kind == ItemKind::Graphic) return look;
     const bool text = showsText(item);
     const Rect bounds = toSheet.boundsOf(boundsOf(item.path).grownBy(strokeReach(attributes)));
     look.visible = bounds.grownBy(text ? textOverhang : 0).intersects(sheet.rect());
     if (!look.visible) return look;
-    const bool holdsItems = std::any_of(item.children.begin(), item.children.end(), [this](Uid child) {
-        const PageItem* found = document_.item(child);
-        return found && found->kind != ItemKind::Graphic;
-    });
-    shapes_.paint(item.path, attributes, sheet.toPdf().after(toSheet),
-                  text || holdsItems ? ShapeHolds::Content : ShapeHolds::Nothing, look.shape);
+    shapes_.paint(item.path, attributes, sheet.toPdf().after(toSheet), held, look.shape);
     return look;
 }
 
@@ -114,6 +156,10 @@ void ItemPainter::paint(const PageItem& item, const Matrix& toSheet, const Sheet
 
 void ItemPainter::paintContent(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks,
                                Fragment& out) {
+    if (item.kind == ItemKind::Graphic) {
+        paintPicture(item, toSheet, sheet, out);
+        return;
+    }
     const ItemLook& look = looks.at(item.uid);
     out.add(look.shape.below);
     if (showsText(item)) paintText(item, toSheet, sheet, looks, out);
@@ -137,6 +183,22 @@ void ItemPainter::paintChildren(const PageItem& item, const Matrix& toSheet, con
     } else {
         out.bytes.append("Q\n");
     }
+}
+
+void ItemPainter::paintPicture(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, Fragment& out) {
+    const Picture& picture = *item.graphic->picture;
+    const Matrix m =
+        sheet.toPdf().after(toSheet).after(toBounds(picture, item.graphic->bounds)).after(picture.toNatural);
+    for (const double value : {m.a, m.b, m.c, m.d, m.e, m.f})
+        if (!std::isfinite(value)) return;
+    if (!m.isInvertible()) return;
+    const Resource resource = pictures_.use(picture);
+    out.bytes.append("q ");
+    for (const double value : {m.a, m.b, m.c, m.d}) out.bytes.factor(value).append(' ');
+    out.bytes.number(m.e).append(' ').number(m.f).append(" cm ");
+    appendName(out.bytes, resource);
+    out.bytes.append(" Do Q\n");
+    out.resources.add(resource);
 }
 
 void ItemPainter::paintText(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks,
@@ -183,6 +245,10 @@ void ItemPainter::appendSignature(const PageItem& item, const Matrix& toSheet, c
     if (depth_ > deepestNesting) return;
     const Descent descent(depth_);
     if (!lookOf(item, toSheet, sheet, looks).visible) return;
+    if (item.kind == ItemKind::Graphic) {
+        appendPictureSignature(item, toSheet, signature);
+        return;
+    }
     for (Uid child : item.children)
         if (const PageItem* found = document_.item(child))
             appendSignature(*found, toSheet.after(found->transform), sheet, looks, signature);

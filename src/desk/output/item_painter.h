@@ -3,6 +3,7 @@
 
 #include <unordered_map>
 
+#include "desk/output/picture_writer.h"
 #include "desk/output/text_painter.h"
 
 namespace desk {
@@ -31,6 +32,7 @@ struct ItemLook {
     uint64_t revision = 0;
     Matrix toSheet;
     bool visible = false;  ///< false also for what lies off the sheet
+    ShapeHolds holds = ShapeHolds::Nothing;
     ShapeContent shape;
     bool blends = false;     ///< opacity or blend mode: painted as a group
     std::string blendState;  ///< graphics state dictionary
@@ -58,8 +60,13 @@ class LookCache {
 class ItemPainter {
   public:
     ItemPainter(const Document& document, TextSource& texts, SharedObjects& shared, ShapePainter& shapes,
-                TextPainter& textPainter)
-        : document_(document), texts_(texts), shared_(shared), shapes_(shapes), textPainter_(textPainter) {}
+                TextPainter& textPainter, PictureWriter& pictures)
+        : document_(document),
+          texts_(texts),
+          shared_(shared),
+          shapes_(shapes),
+          textPainter_(textPainter),
+          pictures_(pictures) {}
 
     /// Appends the item; `toSheet` maps its inner coordinates to the sheet's.
     void paint(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks, Fragment& out);
@@ -74,6 +81,8 @@ class ItemPainter {
     void paintChildren(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks,
                        const ItemLook& look, Fragment& out);
     void paintText(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, LookCache& looks, Fragment& out);
+    void paintPicture(const PageItem& item, const Matrix& toSheet, const Sheet& sheet, Fragment& out);
+    ShapeHolds holds(const PageItem& item) const;
     bool showsText(const PageItem& item) const { return item.kind == ItemKind::TextFrame && item.story != 0; }
     bool hasInlineItems(const PageItem& frame) const;
     template <class Visit>
@@ -84,6 +93,7 @@ class ItemPainter {
     SharedObjects& shared_;
     ShapePainter& shapes_;
     TextPainter& textPainter_;
+    PictureWriter& pictures_;
     int depth_ = 0;
 };
 

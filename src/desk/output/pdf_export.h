@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "desk/fonts/font_library.h"
 #include "desk/model/document.h"
 #include "desk/text/composer.h"
 
@@ -19,6 +20,8 @@ struct PdfOptions {
     int compressionLevel = 6;  ///< 0 none .. 12 slowest, as libdeflate counts
     bool inBackground = true;  ///< compress and write in a second thread; the bytes are the same either way
     std::string title;         ///< for the document information; empty writes none
+    /// Where fonts that placed pages name but don't carry are embedded from. Null leaves such fonts as they are.
+    FontLibrary* fonts = nullptr;
 };
 
 class PdfExport {

@@ -45,6 +45,8 @@ class ShapePainter {
     enum class Use { Fill, Stroke };
     void setColour(Fragment& out, const Paint& paint, Use use, const GradientPlace& place);
 
+    Simplifications& simplifications() { return simplifications_; }
+
     /// A graphics state dictionary's text as a resource, set by "gs".
     void setState(Fragment& out, std::string_view dictionary);
 

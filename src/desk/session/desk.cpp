@@ -7,6 +7,7 @@
 #include "desk/border/utf8.h"
 #include "desk/fonts/font_library.h"
 #include "desk/idml/reader.h"
+#include "desk/pictures/picture_library.h"
 #include "desk/session/export_run.h"
 #include "desk/session/font_check.h"
 #include "desk/session/frame_list.h"
@@ -52,6 +53,7 @@ struct Desk::State {
     Border border;
     InstalledHost installed{border};
     FontLibrary fonts;
+    PictureLibrary pictures;
     std::set<std::string> modules;
 };
 
@@ -90,6 +92,7 @@ std::unique_ptr<Template> Desk::open(const std::string& path) {
     Template::State& state = *opened->state_;
     state.desk = state_;
     state.document = readDocument(path);
+    loadPlacedPictures(*state.document, state_->pictures);
     std::error_code ignored;
     const std::filesystem::path beside = std::filesystem::path(path).parent_path() / documentFontsFolder;
     if (std::filesystem::is_directory(beside, ignored)) state_->fonts.addFolder(beside.string());
@@ -114,8 +117,8 @@ IDataBase* Template::dataBase() {
 
 ExportOutcome Template::exportPdf(const ExportRequest& request) {
     state_->simplifications.clear();
-    return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, request,
-                     state_->simplifications);
+    return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, state_->desk->fonts,
+                     request, state_->simplifications);
 }
 
 const std::vector<std::string>& Template::simplifications() const {

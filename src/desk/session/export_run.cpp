@@ -52,7 +52,7 @@ class Events {
 }  // namespace
 
 ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& document, Composer& composer,
-                        const ExportRequest& request, std::vector<std::string>& simplifications) {
+                        FontLibrary& fonts, const ExportRequest& request, std::vector<std::string>& simplifications) {
     const std::vector<Uid> pages = document.pages();
     if (pages.empty()) throw InputError(document.name + " has no pages: there is nothing to export");
     const uint64_t total = request.pageSets * pages.size();
@@ -62,6 +62,7 @@ ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& doc
     PdfOptions options;
     options.compressionLevel = request.compressionLevel;
     options.title = request.title;
+    options.fonts = &fonts;
     PdfExport file(document, composer, request.outputPath, options);
     Events events(border, dataBase);
     events.start();

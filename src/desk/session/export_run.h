@@ -11,6 +11,6 @@ namespace desk {
 /// plug-in is never left with an open run. simplifications is set to what was drawn plainer than the template asks, one
 /// clause each. Throws InputError, PlugInFailure.
 ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& document, Composer& composer,
-                        const ExportRequest& request, std::vector<std::string>& simplifications);
+                        FontLibrary& fonts, const ExportRequest& request, std::vector<std::string>& simplifications);
 
 }  // namespace desk
