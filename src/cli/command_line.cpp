@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "cli/exit_status.h"
+#include "cli/pdf_command_line.h"
 #include "cli/version.h"
 #include "companion/delimiter.h"
 
@@ -121,6 +122,7 @@ class Parser {
         declareExport();
         declareCheck();
         declareInfo();
+        pdf_.declare(program_);
     }
 
     Command parse(int argumentCount, const char* const* arguments) {
@@ -136,6 +138,7 @@ class Parser {
         if (merge_->parsed()) return mergeCommand();
         if (export_->parsed()) return ExportCommand{openTemplate_, outputPath_, verbosity()};
         if (check_->parsed()) return CheckCommand{openTemplate_, dataPath_, data_.read(), rulesPath_, strictness()};
+        if (pdf_.parsed()) return pdf_.read();
         return InfoCommand{openTemplate_};
     }
 
@@ -252,6 +255,7 @@ class Parser {
     const CLI::App& commandInUse() const {
         for (const CLI::App* command : {merge_, export_, check_, info_})
             if (command->parsed()) return *command;
+        if (pdf_.parsed()) return pdf_.commandInUse();
         return program_;
     }
 
@@ -260,12 +264,20 @@ class Parser {
     /// The library's message as one sentence of ours.
     std::string sentenceOf(const CLI::ParseError& error, const std::string& firstArgument) const {
         const CLI::App& command = commandInUse();
-        std::string asking = &command == &program_ ? "vornaset --help" : "vornaset " + command.get_name() + " --help";
+        std::string asking = "vornaset --help";
+        if (&command != &program_) {
+            const bool isOperation = pdf_.parsed() && command.get_name() != "pdf";
+            asking = (isOperation ? "vornaset pdf " : "vornaset ") + command.get_name() + " --help";
+        }
         std::string what = error.what();
+        if (&command != &program_ && command.get_name() == "pdf" && dynamic_cast<const CLI::RequiredError*>(&error))
+            what =
+                "say what to do: rewrite, underlay, backgrounds, append, crop-to-trim, scale, fit, delete-last, "
+                "reverse, inks, boxes or jpeg";
         if (&command == &program_ && dynamic_cast<const CLI::RequiredError*>(&error))
             what = firstArgument.empty() || firstArgument[0] == '-'
-                       ? "say what to do: merge, export, check or info"
-                       : "there is no command \"" + firstArgument + "\" but merge, export, check and info";
+                       ? "say what to do: merge, export, check, info or pdf"
+                       : "there is no command \"" + firstArgument + "\" but merge, export, check, info and pdf";
         while (!what.empty() && (what.back() == '\n' || what.back() == '.' || what.back() == ' ')) what.pop_back();
         if (what.size() > 1 && what[0] >= 'A' && what[0] <= 'Z' && what[1] >= 'a' && what[1] <= 'z')
             what[0] = static_cast<char>(what[0] + 32);
@@ -277,6 +289,7 @@ class Parser {
     companion::TemplateOptions openTemplate_;
     std::string dataPath_, rulesPath_, outputPath_, reportPath_;
     DataArguments data_;
+    PdfArguments pdf_;
     std::string start_, count_, offset_;
     bool keepsEmptyLines_ = false, isStrict_ = false, isQuiet_ = false;
 };

@@ -4,6 +4,7 @@
 #include <string>
 #include <variant>
 
+#include "companion/pdf_run.h"
 #include "companion/run.h"
 
 namespace cli {
@@ -35,12 +36,17 @@ struct InfoCommand {
     companion::TemplateOptions openTemplate;
 };
 
+struct PdfCommand {
+    companion::PdfOptions options;
+    Verbosity verbosity = Verbosity::Normal;
+};
+
 /// Help or the version was asked for: text for standard output.
 struct AnswerCommand {
     std::string text;
 };
 
-using Command = std::variant<AnswerCommand, MergeCommand, ExportCommand, CheckCommand, InfoCommand>;
+using Command = std::variant<AnswerCommand, MergeCommand, ExportCommand, CheckCommand, InfoCommand, PdfCommand>;
 
 /// What was typed makes no sense. what() is one sentence.
 class UsageError : public std::runtime_error {

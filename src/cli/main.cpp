@@ -57,6 +57,18 @@ int execute(const InfoCommand& command) {
     return printOrFail(companion::runInfo(command.openTemplate));
 }
 
+int execute(const PdfCommand& command) {
+    Console console(command.verbosity);
+    companion::PdfResult result = companion::runPdf(command.options, console);
+    console.runEnded();
+    if (result.outcome == companion::RunOutcome::Stopped) return stopped(console);
+    if (!result.text.empty()) return printOrFail(result.text);
+    if (command.verbosity == Verbosity::Normal)
+        return printOrFail(command.options.outputPath + ": " + std::to_string(result.pages) +
+                           (result.pages == 1 ? " page\n" : " pages\n"));
+    return exitDone;
+}
+
 int run(int argumentCount, const char* const* arguments) {
     try {
         watchSignals();

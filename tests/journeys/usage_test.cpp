@@ -10,8 +10,8 @@ TEST_F(Usage, WrongArgumentsAreStatusTwoAndOneSentence) {
         const char* arguments;
         const char* sentence;
     } cases[] = {
-        {"", "say what to do: merge, export, check or info; see vornaset --help."},
-        {"print", "there is no command \"print\" but merge, export, check and info; see vornaset --help."},
+        {"", "say what to do: merge, export, check, info or pdf; see vornaset --help."},
+        {"print", "there is no command \"print\" but merge, export, check, info and pdf; see vornaset --help."},
         {"merge", "TEMPLATE is required; see vornaset merge --help."},
         {"merge a.idml b.csv", "--output is required; see vornaset merge --help."},
         {"merge a.idml b.csv -o c.pdf d", "the following argument was not expected: d; see vornaset merge --help."},
