@@ -27,16 +27,17 @@ void MyPDFBoolean::appendPDFData(std::string& buffer) {
 
 namespace {
 
-/// The plain decimal text of a number, as Number::text gives it.
+/// The plain decimal text of a number, as Number::text gives it. From where on a real's neighbours lie further apart
+/// than 1, its shortest digits end before the point: those few are left to Number::text.
 std::string_view decimalText(Number number, char* digits, size_t room, std::string& spare) {
     const double value = number.doubleValue();
     const double size = std::abs(value);
     std::to_chars_result result{nullptr, std::errc::invalid_argument};
     if (!number.isFloatingPoint()) {
         result = std::to_chars(digits, digits + room, number.integerValue());
-    } else if (size >= 1e-4 && size < 1e8 && number.kind() == Number::Kind::single) {
+    } else if (size >= 1e-4 && size < 1e7 && number.kind() == Number::Kind::single) {
         result = std::to_chars(digits, digits + room, static_cast<float>(value), std::chars_format::fixed);
-    } else if (size >= 1e-4 && size < 1e16 && number.kind() == Number::Kind::real) {
+    } else if (size >= 1e-4 && size < 1e15 && number.kind() == Number::Kind::real) {
         result = std::to_chars(digits, digits + room, value, std::chars_format::fixed);
     }
     if (result.ec == std::errc()) return {digits, static_cast<size_t>(result.ptr - digits)};
