@@ -5,14 +5,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <utility>
 
+#include "support/file_handle.h"
 #include "support/pasteboard_space.h"
 #include "support/property_list.h"
 
@@ -21,8 +23,11 @@ namespace vornaset {
 namespace {
 
 constexpr std::string_view kExtension = ".plist";
+/// The end of the name of a file that isn't whole yet; before it stand "." and the writing process's number.
+constexpr std::string_view kUnfinished = ".new";
 
-/// What tells one writing of a file from the next: each writing makes a new file.
+/// What tells one writing of a file from the next: each writing makes a new file. Who compares holds the former file
+/// open, since the system gives the number of a file that is gone to the next one.
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
@@ -80,6 +85,25 @@ bool writeWhole(int file, std::string_view bytes) {
     return true;
 }
 
+/// The process that writes an unfinished file of that name; 0 for any other name.
+pid_t writerOf(const std::string& fileName) {
+    if (!fileName.starts_with('.') || !fileName.ends_with(kUnfinished)) return 0;
+    const std::string number = fileName.substr(1, fileName.size() - 1 - kUnfinished.size());
+    const bool isNumber =
+        !number.empty() && number.size() < 10 && number.find_first_not_of("0123456789") == number.npos;
+    return isNumber ? std::atoi(number.c_str()) : 0;
+}
+
+/// Takes away what processes left that died over their writing.
+void removeLeftovers(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::recursive_directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::recursive_directory_iterator(); entry.increment(error)) {
+        const pid_t writer = writerOf(entry->path().filename().string());
+        if (writer > 0 && kill(writer, 0) != 0 && errno == ESRCH) unlink(entry->path().c_str());
+    }
+}
+
 class FolderSpace : public PasteboardSpace {
   public:
     explicit FolderSpace(std::filesystem::path folder) : folder_(std::move(folder)) {}
@@ -102,17 +126,16 @@ class FolderSpace : public PasteboardSpace {
         std::filesystem::create_directories(folder_ / fileNameOf(name), error);
         if (data.isNull() || error) return false;
         const std::string path = pathOf(name, type);
-        const std::string temporary = (folder_ / fileNameOf(name) / ("." + std::to_string(getpid()) + ".new")).string();
-        const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        if (file < 0) return false;
+        const std::string temporary = (folder_ / fileNameOf(name) / temporaryName()).string();
+        FileHandle file(open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
         struct stat status {};
-        const bool written = writeWhole(file, data.view()) && fstat(file, &status) == 0;
-        const bool closed = close(file) == 0;
-        if (!written || !closed || std::rename(temporary.c_str(), path.c_str()) != 0) {
+        if (!file.isOpen()) return false;
+        const bool written = writeWhole(file.number(), data.view()) && fstat(file.number(), &status) == 0;
+        if (!written || std::rename(temporary.c_str(), path.c_str()) != 0) {
             unlink(temporary.c_str());
             return false;
         }
-        known_[path] = {value, identityOf(status)};
+        known_[path] = {value, identityOf(status), std::move(file)};
         return true;
     }
 
@@ -136,7 +159,10 @@ class FolderSpace : public PasteboardSpace {
     struct Known {
         Value value;
         FileIdentity identity;
+        FileHandle file;  ///< keeps the identity from being given away
     };
+
+    static std::string temporaryName() { return "." + std::to_string(getpid()) + std::string(kUnfinished); }
 
     std::string pathOf(const String& name, const String& type) const {
         return (folder_ / fileNameOf(name) / (fileNameOf(type) + std::string(kExtension))).string();
@@ -144,22 +170,20 @@ class FolderSpace : public PasteboardSpace {
 
     /// The identity is taken of the open file, so that the bytes and the identity belong together.
     Value read(const std::string& path) {
-        const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        FileHandle file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         struct stat status {};
-        if (file < 0) return {};
-        std::string bytes;
-        if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) bytes.resize(static_cast<size_t>(status.st_size));
+        if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+        std::string bytes(static_cast<size_t>(status.st_size), 0);
         size_t got = 0;
         while (got < bytes.size()) {
-            const ssize_t count = ::read(file, bytes.data() + got, bytes.size() - got);
+            const ssize_t count = ::read(file.number(), bytes.data() + got, bytes.size() - got);
             if (count < 0 && errno == EINTR) continue;
             if (count <= 0) break;
             got += static_cast<size_t>(count);
         }
-        close(file);
         bytes.resize(got);
         const Value value = propertyListWithData(Data(std::move(bytes)));
-        if (!value.isNull()) known_[path] = {value, identityOf(status)};
+        if (!value.isNull()) known_[path] = {value, identityOf(status), std::move(file)};
         return value;
     }
 
@@ -192,6 +216,7 @@ std::shared_ptr<PasteboardSpace> makeFolderPasteboardSpace(const std::string& fo
         const std::string why = error ? error.message() : "it is no folder";
         throw exceptionWithReason("the pasteboard folder " + folder + " can't be used: " + why);
     }
+    removeLeftovers(folder);
     return std::make_shared<FolderSpace>(folder);
 }
 

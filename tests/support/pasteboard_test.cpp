@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "other_process.h"
 #include "support/printing.h"
 #include "support/scratch_folder.h"
 
@@ -26,6 +27,14 @@ int statusOfOtherProcess(Steps steps) {
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 100 + WTERMSIG(status);
+}
+
+size_t countOfFiles(const std::string& folder) {
+    size_t files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        files += entry.is_regular_file() ? 1 : 0;
+    }
+    return files;
 }
 
 /// Would never end if somebody read it whole.
@@ -220,6 +229,76 @@ TEST_F(SharedPasteboard, AReaderSeesWholeValuesWhileAnotherProcessWrites) {
         last = read[0].number().intValue();
     }
     EXPECT_EQ(Pasteboard::withName(kName).propertyListForType("t").array()[0].number(), Number(200));
+}
+
+TEST_F(SharedPasteboard, AWriterThatIsKilledLeavesWholeValuesAlone) {
+    const auto valueOfRound = [](int64_t round) {
+        return Value(Array::make({round, String(std::u16string(200000, u'x')), round}));
+    };
+    Pasteboard::withName(kName).setPropertyList(valueOfRound(0), "t");
+    for (int crash = 0; crash < 10; ++crash) {
+        OtherProcess writer([&] {
+            Pasteboard::setSpace(folder_.path());
+            for (int64_t round = 1;; ++round) Pasteboard::withName(kName).setPropertyList(valueOfRound(round), "t");
+            return true;
+        });
+        usleep(20000 + crash * 1500);
+        writer.kill();
+        const Array read = Pasteboard::withName(kName).propertyListForType("t").array();
+        ASSERT_EQ(read.count(), 3u);
+        EXPECT_EQ(read[0], read[2]);
+    }
+    Pasteboard::withName(kName).setString("after", "t");
+    Pasteboard::setSpace(folder_.path());  // as the next program would begin
+    EXPECT_EQ(Pasteboard::withName(kName).stringForType("t"), String("after"));
+    EXPECT_EQ(countOfFiles(folder_.path()), 1u);
+}
+
+TEST_F(SharedPasteboard, AReaderThatIsKilledChangesNothing) {
+    Pasteboard board = Pasteboard::withName(kName);
+    board.setPropertyList(Array::make({"kept"}), "t");
+    OtherProcess reader([&] {
+        Pasteboard::setSpace(folder_.path());
+        while (Pasteboard::withName(kName).propertyListForType("t").array().count() < 2) {
+        }
+        return true;
+    });
+    usleep(20000);
+    reader.kill();
+    EXPECT_EQ(board.propertyListForType("t"), Value(Array::make({"kept"})));
+    EXPECT_TRUE(board.setString("next", "t"));
+    EXPECT_EQ(board.stringForType("t"), String("next"));
+}
+
+TEST_F(SharedPasteboard, WhatADeadProcessLeftUnfinishedIsTakenAwayAndWhatALivingOneWritesIsNot) {
+    pid_t dead = 0;
+    {
+        OtherProcess process([] { return true; });
+        dead = process.pid();
+    }
+    const std::string board = folder_.path() + "/" + kName;
+    std::filesystem::create_directory(board);
+    writeFile(board + "/." + std::to_string(dead) + ".new", "half");
+    writeFile(board + "/." + std::to_string(getpid()) + ".new", "half");
+    writeFile(board + "/.other.new", "not ours");
+    Pasteboard::setSpace(folder_.path());
+    EXPECT_FALSE(std::filesystem::exists(board + "/." + std::to_string(dead) + ".new"));
+    EXPECT_EQ(countOfFiles(folder_.path()), 2u);
+    EXPECT_TRUE(Pasteboard::withName(kName).types().empty());
+}
+
+TEST_F(SharedPasteboard, ManyQuickWritingsOfOthersAreNeverTakenForTheOwn) {
+    Pasteboard board = Pasteboard::withName(kName);
+    for (int round = 0; round < 20; ++round) {
+        board.setString("mine", "t");
+        EXPECT_EQ(statusOfOtherProcess([&] {
+                      Pasteboard::setSpace(folder_.path());
+                      return Pasteboard::withName(kName).setString("none", "t") &&
+                             Pasteboard::withName(kName).setString("hers", "t");
+                  }),
+                  0);
+        ASSERT_EQ(board.stringForType("t"), String("hers"));
+    }
 }
 
 TEST_F(SharedPasteboard, TwoSpacesNeverMeet) {
