@@ -6,6 +6,7 @@
 #include "desk/idml/page_items.h"
 #include "desk/idml/resources.h"
 #include "desk/idml/story_builder.h"
+#include "desk/idml/story_elements.h"
 #include "desk/idml/text_attributes_reader.h"
 #include "desk/idml/values.h"
 
@@ -18,39 +19,6 @@ struct Surroundings {
     CharacterFormat character;
     std::string pageNumberType;
 };
-
-enum class Meaning { Text, Break, Walk, Silent, Unread, Variable, Link, Change, ParagraphRange, CharacterRange, Other };
-
-Meaning meaningOf(std::string_view element) {
-    static const std::unordered_map<std::string_view, Meaning> meanings = {
-        {"Content", Meaning::Text},
-        {"Br", Meaning::Break},
-        {"ParagraphStyleRange", Meaning::ParagraphRange},
-        {"CharacterStyleRange", Meaning::CharacterRange},
-        {"XMLElement", Meaning::Walk},
-        {"EndnoteRange", Meaning::Walk},
-        {"HyperlinkTextSource", Meaning::Link},
-        {"CrossReferenceSource", Meaning::Link},
-        {"Change", Meaning::Change},
-        {"TextVariableInstance", Meaning::Variable},
-        {"Table", Meaning::Unread},
-        {"Footnote", Meaning::Unread},
-        {"Endnote", Meaning::Unread},
-        {"Properties", Meaning::Silent},
-        {"StoryPreference", Meaning::Silent},
-        {"InCopyExportOption", Meaning::Silent},
-        {"MetadataPacketPreference", Meaning::Silent},
-        {"HyperlinkTextDestination", Meaning::Silent},
-        {"ParagraphDestination", Meaning::Silent},
-        {"PageReference", Meaning::Silent},
-        {"Note", Meaning::Silent},
-        {"HiddenText", Meaning::Silent},
-        {"XMLAttribute", Meaning::Silent},
-        {"XMLInstruction", Meaning::Silent},
-        {"XMLComment", Meaning::Silent}};
-    const auto found = meanings.find(element);
-    return found == meanings.end() ? Meaning::Other : found->second;
-}
 
 class StoryReader {
   public:
@@ -100,29 +68,29 @@ class StoryReader {
 };
 
 void StoryReader::readChild(const XmlElement& child, const Surroundings& around) {
-    switch (meaningOf(child.name)) {
-        case Meaning::Text:
+    switch (storyElement(child.name)) {
+        case StoryElement::Text:
             return readContent(child, around);
-        case Meaning::Break:
+        case StoryElement::Break:
             return append(u"\r", around, child);
-        case Meaning::Walk:
+        case StoryElement::Walk:
             return walkIn(child, around);
-        case Meaning::Link:
+        case StoryElement::Link:
             return walkIn(child, link(child, around));
-        case Meaning::ParagraphRange:
+        case StoryElement::ParagraphRange:
             return walkIn(child, paragraphRange(child, around));
-        case Meaning::CharacterRange:
+        case StoryElement::CharacterRange:
             return walkIn(child, characterRange(child, around));
-        case Meaning::Variable:
+        case StoryElement::Variable:
             return appendForeign(attributeText(child, "ResultText"), around, child);
-        case Meaning::Change:
+        case StoryElement::Change:
             if (attributeText(child, "ChangeType") != "DeletedText") walkIn(child, around);
             return;
-        case Meaning::Silent:
+        case StoryElement::Silent:
             return;
-        case Meaning::Unread:
+        case StoryElement::Unread:
             return noteUnread(child);
-        case Meaning::Other:
+        case StoryElement::Other:
             break;
     }
     if (isPageItem(child.name)) {
@@ -144,16 +112,11 @@ void StoryReader::readInstruction(const XmlNode& node, const Surroundings& aroun
     if (node.instruction != "ACE") return;
     const auto code = toInteger(node.text);
     if (!code) return;
-    char16_t character = 0;
-    if (*code == 3) character = marker::endNestedStyle;
-    if (*code == 4) character = marker::noteNumber;
-    if (*code == 7) character = marker::indentToHere;
-    if (*code == 8) character = marker::rightIndentTab;
-    if (*code == 18)
-        character = around.pageNumberType == "NextPageNumber"       ? marker::nextPageNumber
-                    : around.pageNumberType == "PreviousPageNumber" ? marker::previousPageNumber
-                                                                    : marker::pageNumber;
-    if (*code == 19) character = marker::sectionMarker;
+    char16_t character = specialCharacter(*code);
+    if (character == marker::pageNumber && around.pageNumberType == "NextPageNumber")
+        character = marker::nextPageNumber;
+    if (character == marker::pageNumber && around.pageNumberType == "PreviousPageNumber")
+        character = marker::previousPageNumber;
     if (character != 0) builder_.append({&character, 1});
 }
 
@@ -184,8 +147,7 @@ void StoryReader::appendForeign(const std::string& text, const Surroundings& aro
         const bool isMarker = c >= marker::pageNumber && c <= marker::noteNumber;
         if (isLineEnd) reading_.note("a line end inside a content is read as a forced line break");
         if (isMarker) reading_.note("a private use character that stands for something else here is left out");
-        if (c == 0xFEFF || c == marker::inlineObject || isMarker) continue;
-        characters += isLineEnd ? u'\u2028' : c;
+        if (const char16_t counted = storyCharacter(c)) characters += counted;
     }
     append(characters, around, element);
 }

@@ -127,6 +127,45 @@ std::u16string toUtf16(std::string_view utf8) {
     return result;
 }
 
+std::string toUtf8(std::u16string_view text) {
+    std::string result;
+    const auto append = [&](uint32_t byte) { result += static_cast<char>(byte); };
+    for (size_t i = 0; i < text.size(); ++i) {
+        uint32_t code = text[i];
+        if (code >= 0xD800 && code < 0xE000) {
+            const bool paired = code < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
+            code = paired ? 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u) : 0xFFFD;
+        }
+        if (code < 0x80) {
+            append(code);
+            continue;
+        }
+        const int following = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+        constexpr uint32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
+        append(leads[following] | code >> (6 * following));
+        for (int shift = 6 * (following - 1); shift >= 0; shift -= 6) append(0x80 | (code >> shift & 0x3F));
+    }
+    return result;
+}
+
+std::string numberText(double value) {
+    char buffer[512];
+    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    const std::string text(buffer, error == std::errc() ? end : buffer);
+    return text == "-0" ? "0" : text;
+}
+
+std::string pointText(Point point) {
+    return numberText(point.x) + " " + numberText(point.y);
+}
+
+std::string matrixText(const Matrix& matrix) {
+    std::string text;
+    for (double value : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f})
+        text += (text.empty() ? "" : " ") + numberText(value);
+    return text;
+}
+
 const std::string& attributeText(const XmlElement& element, std::string_view name) {
     static const std::string none;
     const std::string* value = element.attribute(name);

@@ -41,6 +41,18 @@ std::string withoutKeyMark(std::string_view text);
 /// What isn't valid UTF-8 becomes U+FFFD.
 std::u16string toUtf16(std::string_view utf8);
 
+/// A surrogate that stands alone becomes U+FFFD.
+std::string toUtf8(std::u16string_view text);
+
+/// The shortest decimal that reads as the same number; never with an exponent.
+std::string numberText(double value);
+
+/// "x y".
+std::string pointText(Point point);
+
+/// "a b c d e f".
+std::string matrixText(const Matrix& matrix);
+
 /// The attribute read by one of the functions above; absent when the attribute is absent or can't be read.
 template <class Parse>
 auto attributeAs(const XmlElement& element, std::string_view name, Parse parse) -> decltype(parse(std::string_view())) {
