@@ -33,7 +33,7 @@ inline constexpr int pdfDepth = 200;
 inline constexpr size_t pdfObjects = 2'000'000;
 
 /// Seconds that a converting program may take, and its memory in bytes.
-inline constexpr int conversionSeconds = 30;
+inline constexpr int conversionSeconds = 20;
 inline constexpr uint64_t conversionMemory = uint64_t{2} << 30;
 
 /// Bytes that a converting program may give.
