@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <filesystem>
+#include <optional>
 
 #include "support/exception.h"
 #include "support/processes.h"
@@ -23,12 +24,13 @@ std::vector<fs::path> ownFolders() {
     return {module.parent_path(), module.parent_path().parent_path()};
 }
 
-std::string located(const std::string& name) {
+/// Null when no such file stands beside the library.
+std::optional<std::string> ownProgram(const std::string& name) {
     for (const fs::path& folder : ownFolders()) {
         std::error_code failure;
         if (fs::is_regular_file(folder / name, failure)) return (folder / name).string();
     }
-    return name;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -41,8 +43,12 @@ std::string absolutePath(const String& path) {
 
 std::string outputOfProgram(const std::string& name, const std::vector<std::string>& arguments) {
     // The limits are set by programs that every Debian machine has; a kill after the limit can't be slept through.
-    std::vector<Value> words{String("timeout"), String("--signal=KILL"),   String("60"),
-                             String("prlimit"), String("--as=4294967296"), String(located(name).c_str())};
+    std::vector<Value> words{String("timeout"), String("--signal=KILL"), String("60")};
+    if (const auto own = ownProgram(name)) {
+        words.emplace_back(String(own->c_str()));
+    } else {
+        for (const char* word : {"prlimit", "--as=4294967296", name.c_str()}) words.emplace_back(String(word));
+    }
     for (const std::string& argument : arguments) words.emplace_back(String(argument.c_str()));
     try {
         return std::string(dataWithShellScript(u"/usr/bin/env", Array::make(std::move(words))).view());

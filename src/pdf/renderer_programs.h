@@ -8,9 +8,9 @@
 
 namespace vornaset {
 
-/// What the program prints on standard output, all of it; empty when it can't be started or is killed at a limit (one
-/// minute, 4 GiB of address space). A program of our own is looked for beside this library, any other on the search
-/// path.
+/// What the program prints on standard output, all of it; empty when it can't be started or is killed at a limit: one
+/// minute, and for a foreign program 4 GiB of address space. One of our own limits its memory itself; it is looked for
+/// beside this library, any other on the search path.
 std::string outputOfProgram(const std::string& name, const std::vector<std::string>& arguments);
 
 /// The path from the root, so that no program takes it for an option.
