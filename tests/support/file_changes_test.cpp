@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "environment_variable.h"
 #include "support/log.h"
 #include "support/paths.h"
 #include "support/printing.h"
@@ -15,18 +16,11 @@ namespace {
 class FileChanges : public testing::Test {
   protected:
     void SetUp() override {
-        const char* home = std::getenv("HOME");
-        home_ = home == nullptr ? "" : home;
-        setenv("HOME", log_.path().c_str(), 1);
-        unsetenv("XDG_CONFIG_HOME");
         std::filesystem::create_directory(log_.path() + "/Documents");
         setupLog(1, 0, nullptr);
         logged_ = contentOf(getLogPath().utf8()).size();
     }
-    void TearDown() override {
-        setLogging(0, 0);
-        setenv("HOME", home_.c_str(), 1);
-    }
+    void TearDown() override { setLogging(0, 0); }
     String at(const std::string& name) const { return String::fromUTF8(folder_.path() + "/" + name); }
     void write(const std::string& name, const std::string& content = "x") const {
         std::filesystem::create_directories(std::filesystem::path(at(name).utf8()).parent_path());
@@ -54,7 +48,8 @@ class FileChanges : public testing::Test {
 
     ScratchFolder folder_;
     ScratchFolder log_;
-    std::string home_;
+    EnvironmentVariable home_{"HOME", log_.path().c_str()};
+    EnvironmentVariable configuration_{"XDG_CONFIG_HOME", nullptr};
     size_t logged_ = 0;
 };
 

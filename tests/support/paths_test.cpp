@@ -1,40 +1,12 @@
 #include "support/paths.h"
 
+#include "environment_variable.h"
 #include "support/log.h"
 #include "support/printing.h"
 #include "support/scratch_folder.h"
 
 namespace vornaset {
 namespace {
-
-/// Sets a variable of the environment as long as it lives.
-class Variable {
-  public:
-    Variable(const char* name, const char* value) : name_(name) {
-        const char* before = std::getenv(name);
-        if (before != nullptr) before_ = before;
-        had_ = before != nullptr;
-        if (value != nullptr) {
-            setenv(name, value, 1);
-        } else {
-            unsetenv(name);
-        }
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() {
-        if (had_) {
-            setenv(name_.c_str(), before_.c_str(), 1);
-        } else {
-            unsetenv(name_.c_str());
-        }
-    }
-
-  private:
-    std::string name_;
-    std::string before_;
-    bool had_ = false;
-};
 
 class Paths : public testing::Test {
   protected:
@@ -147,8 +119,8 @@ TEST(PathNames, TheLastComponentKeepsItsExtensionWhenAskedTo) {
 }
 
 TEST_F(Paths, TheDocumentsFolderIsNamedAndNotMade) {
-    const Variable home("HOME", at("home").utf8().c_str());
-    const Variable configuration("XDG_CONFIG_HOME", nullptr);
+    const EnvironmentVariable home("HOME", at("home").utf8().c_str());
+    const EnvironmentVariable configuration("XDG_CONFIG_HOME", nullptr);
     EXPECT_EQ(getDocumentsPath("", nullptr), at("home/Documents"));
     EXPECT_EQ(getDocumentsPath(nullptr, "txt"), at("home/Documents"));
     EXPECT_EQ(getDocumentsPath("Report", "txt"), at("home/Documents/Report.txt"));
@@ -158,12 +130,12 @@ TEST_F(Paths, TheDocumentsFolderIsNamedAndNotMade) {
 
 TEST_F(Paths, TheTemporaryFolderIsTheUsersOrTheOneThatWasSet) {
     {
-        const Variable temporary("TMPDIR", "/var/tmp/");
+        const EnvironmentVariable temporary("TMPDIR", "/var/tmp/");
         EXPECT_EQ(temporaryPath("", nullptr), "/var/tmp");
         EXPECT_EQ(temporaryPath("page", "pdf"), "/var/tmp/page.pdf");
     }
     for (const char* value : {static_cast<const char*>(nullptr), "", "relative"}) {
-        const Variable temporary("TMPDIR", value);
+        const EnvironmentVariable temporary("TMPDIR", value);
         EXPECT_EQ(temporaryPath("page", nullptr), "/tmp/page");
     }
     setTemporaryFolder("/run/mine");
