@@ -68,7 +68,7 @@ String XmlNode::name() const {
 String XmlNode::stringValue() const {
     if (node_ == nullptr) return {};
     const xmlNode* node = XmlAccess::node(*this);
-    if (isText(node)) return String::fromDamagedUTF8(node->content == nullptr ? "" : (const char*)node->content);
+    if (isText(node)) return node->content == nullptr ? String(u"") : stringOfXml(node->content);
     const std::unique_ptr<xmlChar, void (*)(void*)> content(xmlNodeGetContent(node), [](void* text) { xmlFree(text); });
     return content ? stringOfXml(content.get()) : String(u"");
 }

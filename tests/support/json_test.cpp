@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "support/log.h"
+#include "support/logged.h"
 #include "support/printing.h"
 #include "support/scratch_folder.h"
 
@@ -106,6 +106,31 @@ TEST(DictWithJsonData, IsNullForAnArray) {
     EXPECT_TRUE(dictWithJsonData(String("[1]")).isNull());
     EXPECT_EQ(dictWithJsonData(Data("{}")).count(), 0u);
     EXPECT_FALSE(dictWithJsonData(Data("{}")).isNull());
+}
+
+class JsonErrors : public LoggedTest {};
+
+TEST_F(JsonErrors, AreLoggedWithTheirPlace) {
+    jsonObjWithString("[1,\n2 3]");
+    ASSERT_EQ(entries().size(), 1u);
+    EXPECT_EQ(entries()[0].find("JSON, byte 7: "), 0u) << entries()[0];
+    jsonObjWithString("5");
+    EXPECT_EQ(entries().back(), "JSON: the root is neither an array nor an object");
+    jsonObjWithString(String::fromUTF8(std::string(600, '[')));
+    EXPECT_EQ(entries().back(), "JSON: nested deeper than 512");
+    EXPECT_EQ(entries().size(), 3u);
+}
+
+TEST_F(JsonErrors, AreLoggedForWhatCannotBeWritten) {
+    jsonData(Array::make({Data("x")}), 0);
+    jsonString("text", 0);
+    EXPECT_EQ(entries(), (std::vector<std::string>(2, "JSON: a value that JSON doesn't have")));
+}
+
+TEST_F(JsonErrors, AMissingFileAndNullDataAreNone) {
+    jsonObjWithPath("no such folder/file.txt");
+    jsonObjWithData(Data());
+    EXPECT_TRUE(entries().empty());
 }
 
 TEST(Json, SurvivesTheWayThroughText) {
