@@ -61,8 +61,14 @@ int macRomanByte(char16_t character) {
 
 bool fileIsBusy(const String& path) {
     const auto attributes = attributesOf(path);
-    if (!attributes || attributes->stx_size == 0) return true;
-    return (attributes->stx_mask & STATX_BTIME) != 0 && attributes->stx_btime.tv_sec < 0;
+    if (!attributes) return true;
+    const bool knowsCreation = (attributes->stx_mask & STATX_BTIME) != 0;
+    return isBusy(static_cast<int64_t>(attributes->stx_size),
+                  knowsCreation ? std::optional(dateOf(attributes->stx_btime)) : std::nullopt);
+}
+
+bool isBusy(int64_t size, const std::optional<Date>& created) {
+    return size == 0 || (created && created->seconds < 0);
 }
 
 int64_t fileSizeForPath(const String& path) {

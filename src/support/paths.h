@@ -26,6 +26,8 @@ bool pathEndsWith(const String& path, const Array& extensions);
 /// True for a size of 0, which a missing file has too, and for a creation date before 1970. Where the file system keeps
 /// no creation date the size alone decides.
 bool fileIsBusy(const String& path);
+/// The same of a size in bytes and a creation date.
+bool isBusy(int64_t size, const std::optional<Date>& created);
 
 // Names. Nothing here looks at the file system.
 

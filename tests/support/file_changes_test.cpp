@@ -316,6 +316,14 @@ TEST_F(FileChanges, AnEmptyOrMissingFileIsBusy) {
     EXPECT_FALSE(fileIsBusy(at("full")));
 }
 
+TEST(BusyFiles, AreEmptyOrWereMadeBefore1970) {
+    EXPECT_TRUE(isBusy(1, Date{-0.5}));
+    EXPECT_TRUE(isBusy(0, Date{1e9}));
+    EXPECT_TRUE(isBusy(0, std::nullopt));
+    EXPECT_FALSE(isBusy(1, Date{0}));
+    EXPECT_FALSE(isBusy(1, std::nullopt));
+}
+
 TEST_F(FileChanges, LabelsAreKeptAndTravelWithCopies) {
     write("a");
     if (setxattr(at("a").utf8().c_str(), "user.test", "x", 1, 0) != 0) GTEST_SKIP() << "no extended attributes here";

@@ -23,6 +23,21 @@ class HostConversions : public testing::Test {
     Dictionary before_;
 };
 
+class PersistentObject : public IPMPersist {
+  public:
+    IPMUnknown* QueryInterface(PMIID interfaceId) override {
+        if (interfaceId != IID_IPMPERSIST) return nullptr;
+        AddRef();
+        return this;
+    }
+    void AddRef() override { ++references; }
+    void Release() override { --references; }
+    IDataBase* GetDataBase() override { return nullptr; }
+    UID GetUID() override { return UID(42); }
+    ClassID GetClassID() override { return {}; }
+    int references = 0;
+};
+
 TEST_F(HostConversions, TextsFromTheHostAreComposed) {
     PMString text;
     text.SetCFString(u"a\u0308");
@@ -76,6 +91,9 @@ TEST_F(HostConversions, NumbersOfObjects) {
     EXPECT_EQ(numberWithUIDRef(UIDRef(nullptr, UID(7))), Value(7));
     EXPECT_EQ(numberWithUIDRef(UIDRef::gNull), Value(0));
     EXPECT_EQ(numberWithObj(nullptr), Value(0));
+    PersistentObject object;
+    EXPECT_EQ(numberWithObj(&object), Value(42));
+    EXPECT_EQ(object.references, 0);
 }
 
 }  // namespace
