@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "pdf/pdf_keys.h"
 #include "pdf/pdf_text.h"
@@ -106,7 +107,9 @@ String mergeDocs(const String& path1, const String& path2, const String& output)
 }
 
 void appendPages(const Handle<MyPDFDoc>& target, const Handle<MyPDFDoc>& source) {
-    for (const Handle<MyPDFDictionary>& page : source->pages()) {
+    // A document may be appended to itself, so the list is copied before it grows.
+    const std::vector<Handle<MyPDFDictionary>> pages(source->pages().begin(), source->pages().end());
+    for (const Handle<MyPDFDictionary>& page : pages) {
         page->setBoxRectsForPage();
         target->pages().add(page);
     }

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "pdf/parallel_compression.h"
+#include "pdf/pdf_text.h"
 #include "support/file_handle.h"
 #include "support/messages.h"
 #include "support/raise_exception.h"
@@ -43,7 +44,8 @@ void writePDFObjs(const ObjectList<MyPDFObj>& objects, std::string& buffer, std:
             const auto entry = static_cast<size_t>(start) + place;
             if (entry >= offsets.size()) raiseBeyondEnd(entry, offsets.size());
             offsets[entry] = static_cast<int64_t>(buffer.size());
-            appendFormat(buffer, "%zd 0 obj\n", static_cast<ssize_t>(entry + 1));
+            appendInteger(buffer, static_cast<int64_t>(entry + 1));
+            buffer += " 0 obj\n";
             compression.finish(place);
             objects.begin()[place]->appendPDFData(buffer);
             buffer += "endobj\n";

@@ -309,6 +309,15 @@ TEST(PdfAppending, JoinsFiles) {
     EXPECT_EQ(contentsOfPages(readFrom(out)), (Texts{"first0", "first1", "second0"}));
 }
 
+TEST(PdfAppending, OfADocumentToItselfListsItsPagesTwice) {
+    const ScratchFolder folder;
+    const std::string out = folder.path() + "/out.pdf";
+    const Handle<MyPDFDoc> document = pagesOf("t", 3);
+    mergePages(document, document, out.c_str());
+    EXPECT_EQ(document->numberOfPages(), 6);
+    EXPECT_EQ(contentsOfPages(readFrom(out)), (Texts{"t0", "t1", "t2", "t0", "t1", "t2"}));
+}
+
 TEST(PdfAppending, RewritesTheTargetWhenTheSourceIsMissing) {
     const ScratchFolder folder;
     const std::string first = written(folder, "first.pdf", pagesOf("first", 2));

@@ -527,4 +527,29 @@ TEST(PdfFile, PassesTheCheckOfAnotherReader) {
     EXPECT_EQ(std::system(("qpdf --check '" + path + "' > /dev/null").c_str()), 0);
 }
 
+TEST(PdfFile, GivesItsTextToOtherReaders) {
+    if (std::system("command -v pdftotext > /dev/null && command -v mutool > /dev/null") != 0) {
+        GTEST_SKIP() << "pdftotext or mutool isn't installed";
+    }
+    const ScratchFolder folder;
+    const std::string path = folder.path() + "/a.pdf";
+    const Handle<MyPDFDoc> document = documentOfPages(3);
+    for (const Handle<MyPDFDictionary>& page : document->pages()) {
+        const Handle<MyPDFDictionary> fonts = MyPDFDictionary::make();
+        fonts->setObject(MyPDFDictionary::courier(), u"Courier");
+        subDictionary(page, u"Resources")->setObject(fonts, u"Font");
+        page->setContents(streamOf("BT /Courier 9 Tf 10 100 Td (" + textOf(page->contentsData()) + ") Tj ET"));
+    }
+    document->rebuildPageList(2);
+    document->writeToFile(path.c_str());
+    const std::string text = folder.path() + "/text";
+    ASSERT_EQ(std::system(("pdftotext '" + path + "' '" + text + "'").c_str()), 0);
+    EXPECT_EQ(contentOf(text), "page 0\n\n\x0Cpage 1\n\n\x0Cpage 2\n\n\x0C");
+    ASSERT_EQ(std::system(("mutool draw -q -F txt -o '" + text + "' '" + path + "' 2> '" + text + ".errors'").c_str()),
+              0);
+    EXPECT_EQ(contentOf(text + ".errors").find("error"), std::string::npos) << contentOf(text + ".errors");
+    EXPECT_EQ(contentOf(text + ".errors").find("repair"), std::string::npos) << contentOf(text + ".errors");
+    EXPECT_NE(contentOf(text).find("page 2"), std::string::npos);
+}
+
 }  // namespace vornaset
