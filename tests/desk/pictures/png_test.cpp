@@ -197,7 +197,7 @@ TEST(Png, AHundredThousandPixelsWideIsRefusedBeforeAnythingIsUnpacked) {
               "is too large (100000 by 1 pixels; a side may have 65535). Make it smaller");
     EXPECT_EQ(refusal([&] { readPng(shared(pngOf(60'000, 60'000, 8, 6, "x"))); }),
               "is too large (60000 by 60000 pixels). Make it smaller");
-    EXPECT_EQ(refusal([&] { readPng(shared(pngOf(0, 5, 8, 2, "x"))); }), "is damaged. Save it again");
+    EXPECT_EQ(refusal([&] { readPng(shared(pngOf(0, 5, 8, 2, "x"))); }), "has no pixels. Save it again");
 }
 
 }  // namespace
