@@ -7,33 +7,46 @@
 #include "desk/border/export_boss.h"
 #include "desk/border/services.h"
 #include "desk/border/session_boss.h"
+#include "desk/pictures/picture_library.h"
 
 namespace desk {
 
-struct Border::State final : ServiceGround, DocumentOrder, BossKeeper {
+struct Border::State final : Surroundings, DocumentOrder, BossKeeper {
     Ledger ledger;
     Offers offers;
     std::vector<std::unique_ptr<DocumentBorder>> open;
     std::vector<std::unique_ptr<DocumentBorder>> closed;  ///< with a reference to one of their objects still out
-    std::vector<std::unique_ptr<CommandBoss>> commands;
+    std::vector<std::unique_ptr<Boss>> lent;              ///< commands and the like, as long as a reference is out
     DocumentBorder* frontDocument = nullptr;
-    std::unique_ptr<Boss> services = makeServices(ledger, *this);
+    PictureLibrary pictureLibrary;
+    DocumentFiles* documentFiles = nullptr;
+    ErrorCode globalErrorCode = kSuccess;
+    SessionSettings settings{ledger};
+    std::unique_ptr<Boss> services[4] = {makeServices(ledger, *this), makePictureServices(ledger, *this),
+                                         makeItemServices(ledger, *this), makeFileServices(ledger, *this)};
     std::unique_ptr<Boss> application = makeApplication(ledger, *this);
-    std::unique_ptr<Boss> session = makeSession(ledger, *application, offers);
+    std::unique_ptr<Boss> session = makeSession(ledger, *application, settings, offers);
 
-    // ServiceGround
+    // Surroundings
     DocumentBorder* find(IDataBase* database) override {
         for (const auto& border : open)
             if (border.get() == database) return border.get();
         return nullptr;
     }
     DocumentBorder* front() override { return frontDocument; }
+    void bringToFront(DocumentBorder& document) override { frontDocument = &document; }
+    PictureLibrary& pictures() override { return pictureLibrary; }
+    int32_t placePage() override { return settings.GetPage(); }
+    DocumentFiles* files() override { return documentFiles; }
+    void setGlobalErrorCode(ErrorCode code) override { globalErrorCode = code; }
     IPMCommand* createCommand(ClassID commandClass) override {
-        std::unique_ptr<CommandBoss> command = makeCommand(commandClass, ledger);
-        if (!command) return nullptr;
-        command->liveByReferences(*this);
-        commands.push_back(std::move(command));
-        return static_cast<IPMCommand*>(commands.back()->query(IID_IPMCOMMAND));
+        std::unique_ptr<Boss> command = makeCommand(commandClass, ledger);
+        return command ? static_cast<IPMCommand*>(lend(std::move(command), IID_IPMCOMMAND)) : nullptr;
+    }
+    IPMUnknown* lend(std::unique_ptr<Boss> boss, PMIID interfaceId) override {
+        boss->liveByReferences(*this);
+        lent.push_back(std::move(boss));
+        return lent.back()->query(interfaceId);
     }
 
     // DocumentOrder
@@ -44,7 +57,7 @@ struct Border::State final : ServiceGround, DocumentOrder, BossKeeper {
 
     // BossKeeper
     void lastReferenceGone(Boss& boss) override {
-        std::erase_if(commands, [&](const std::unique_ptr<CommandBoss>& command) { return command.get() == &boss; });
+        std::erase_if(lent, [&](const std::unique_ptr<Boss>& one) { return one.get() == &boss; });
     }
 
     DocumentBorder* find(const Document& document) const {
@@ -111,7 +124,9 @@ IExecutionContextSession* Border::Session() {
 }
 
 IPMUnknown* Border::QueryUtils(PMIID service) {
-    return state_->services->query(service);
+    for (const std::unique_ptr<Boss>& services : state_->services)
+        if (IPMUnknown* found = services->query(service)) return found;
+    return nullptr;
 }
 
 IPMCommand* Border::CreateCommand(ClassID commandClass) {
@@ -119,8 +134,20 @@ IPMCommand* Border::CreateCommand(ClassID commandClass) {
 }
 
 ErrorCode Border::ProcessCommand(IPMCommand* command) {
-    auto* known = dynamic_cast<CommandBoss*>(command);
+    auto* known = dynamic_cast<Command*>(command);
     return known ? known->process(*state_) : kFailure;
+}
+
+ErrorCode Border::GlobalErrorCode() {
+    return state_->globalErrorCode;
+}
+
+PictureLibrary& Border::pictures() {
+    return state_->pictureLibrary;
+}
+
+void Border::useFiles(DocumentFiles* files) {
+    state_->documentFiles = files;
 }
 
 bool Border::IsValidDataBase(IDataBase* database) {

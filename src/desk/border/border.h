@@ -16,7 +16,9 @@
 namespace desk {
 
 class DocumentBorder;
+class DocumentFiles;
 class Ledger;
+class PictureLibrary;
 
 class Border final : public IHost {
   public:
@@ -36,6 +38,11 @@ class Border final : public IHost {
     /// Null for a database that isn't open here.
     Document* documentOf(IDataBase* database) const;
 
+    /// The pictures that imports read, for whoever writes them too.
+    PictureLibrary& pictures();
+    /// Opens and saves documents for plug-ins; null: they can't. Must outlive its time here.
+    void useFiles(DocumentFiles* files);
+
     /// References that plug-ins hold now; 0 between calls of a plug-in that keeps the rules.
     int64_t outstandingReferences() const;
     /// Broken rules, one sentence each, in the order met: an object deleted under a reference, a reference given back
@@ -49,6 +56,7 @@ class Border final : public IHost {
     IPMCommand* CreateCommand(ClassID commandClass) override;
     ErrorCode ProcessCommand(IPMCommand* command) override;
     bool IsValidDataBase(IDataBase* database) override;
+    ErrorCode GlobalErrorCode() override;
 
   private:
     friend class ExportListeners;

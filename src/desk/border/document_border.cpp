@@ -1,8 +1,10 @@
 #include "desk/border/document_border.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "desk/border/object_boss.h"
+#include "desk/model/content_fit.h"
 
 namespace desk {
 
@@ -62,7 +64,7 @@ UID DocumentBorder::GetRootUID() {
 }
 
 IDFile DocumentBorder::GetSaveFile() {
-    return {};
+    return document_ && isSaved_ ? IDFile(document_->path) : IDFile();
 }
 
 IDFile DocumentBorder::GetReadFile() {
@@ -95,7 +97,8 @@ void DocumentBorder::collectItem(Uid uid, std::vector<Uid>& found) const {
             for (int column = columnCountOf(*document_, *item) - 1; column >= 0; --column)
                 found.push_back(document_->textColumn(item->uid, column));
         }
-        if (item->parent == 0) found.push_back(document_->anchoredObject(item->uid));
+        const bool isLoose = std::find(looseItems_.begin(), looseItems_.end(), item->uid) != looseItems_.end();
+        if (item->parent == 0 && !isLoose) found.push_back(document_->anchoredObject(item->uid));
     }
 }
 
@@ -115,6 +118,37 @@ bool DocumentBorder::removeStory(Uid uid) {
     for (const OwnedItem& owned : story->content().ownedItems) collectItem(owned.item, going);
     document_->removeStory(uid);
     forgetRemoved(going);
+    return true;
+}
+
+bool DocumentBorder::removeSpread(Uid uid) {
+    const Spread* spread = document_ ? document_->spread(uid) : nullptr;
+    if (!spread) return false;
+    std::vector<Uid> going{uid};
+    going.insert(going.end(), spread->pages.begin(), spread->pages.end());
+    for (Uid layer : spread->layers) {
+        going.push_back(layer);
+        for (Uid item : document_->spreadLayer(layer)->items) collectItem(item, going);
+    }
+    if (!document_->removeSpread(uid)) return false;
+    forgetRemoved(going);
+    return true;
+}
+
+void DocumentBorder::dropLooseItems() {
+    for (Uid uid : std::exchange(looseItems_, {}))
+        if (const PageItem* item = document_ ? document_->item(uid) : nullptr; item && item->parent == 0)
+            removeItem(uid);
+}
+
+bool DocumentBorder::putIntoFrame(Uid item, Uid frame) {
+    const PageItem* picture = document_ ? document_->item(item) : nullptr;
+    const PageItem* holder = picture ? document_->item(frame) : nullptr;
+    if (!holder || picture->kind != ItemKind::Graphic || picture->parent != 0 || !canHoldPicture(*holder)) return false;
+    const std::vector<Uid> former = holder->children;
+    for (Uid child : former) removeItem(child);
+    if (!desk::putIntoFrame(*document_, item, frame)) return false;
+    std::erase(looseItems_, item);
     return true;
 }
 

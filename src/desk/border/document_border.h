@@ -31,6 +31,8 @@ class DocumentBorder final : public IDataBase, private BossKeeper {
     IDFile GetReadFile() override;
     void SetModified(bool modified) override;
 
+    /// The document was written to its path.
+    void saved() { isSaved_ = true; }
     /// The document's own interface without a reference: good until closing.
     IDocument* documentInterface();
     /// The layer that is the host's own, with a reference for the caller.
@@ -40,6 +42,14 @@ class DocumentBorder final : public IDataBase, private BossKeeper {
     /// for a UID of another kind.
     bool removeItem(Uid uid);
     bool removeStory(Uid uid);
+    bool removeSpread(Uid uid);
+
+    /// An imported item that stands nowhere yet. It goes when it is still loose at the next removal of items.
+    void addLooseItem(Uid uid) { looseItems_.push_back(uid); }
+    void dropLooseItems();
+    /// Makes a loose item the content of a frame, in place of what the frame holds. False when one of the two isn't
+    /// what it must be.
+    bool putIntoFrame(Uid item, Uid frame);
 
     /// The format of text in this format that gets a style (0 or a style of the kind).
     CharacterFormatId withStyle(CharacterFormatId format, Uid style, LocalOverrides overrides);
@@ -66,6 +76,8 @@ class DocumentBorder final : public IDataBase, private BossKeeper {
     std::vector<std::unique_ptr<Boss>> bosses_;   ///< by Uid
     std::vector<std::unique_ptr<Boss>> retired_;  ///< of removed objects that are still held
     std::unique_ptr<Boss> hostLayer_;
+    std::vector<Uid> looseItems_;
+    bool isSaved_ = false;
     // A merge sets the same few styles on the same few formats again and again. Key: format, style, overrides.
     std::unordered_map<uint64_t, CharacterFormatId> styledCharacters_;
     std::unordered_map<uint64_t, ParagraphFormatId> styledParagraphs_;

@@ -263,9 +263,11 @@ class SpreadBoss final : public ObjectBoss<ISpread, IHierarchy> {
 };
 
 /// A page's path is its edge.
-class PageBoss final : public ObjectBoss<IGeometry, IHierarchy> {
+class PageBoss final : public ObjectBoss<IGeometry, IHierarchy, IMargins> {
   public:
     using ObjectBoss::ObjectBoss;
+
+    PMRect GetMargins() override { return here() ? pmRect(here()->margins) : PMRect(); }
 
     PMRect GetPathBoundingBox(const PMMatrix& matrix) override {
         return here() ? pmRect(matrixOf(matrix).boundsOf(here()->bounds)) : PMRect();

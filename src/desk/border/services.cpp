@@ -8,7 +8,7 @@ namespace {
 
 class Services final : public BossOf<IPageItemTypeUtils, ILayoutUtils, ITextUtils> {
   public:
-    Services(Ledger& ledger, ServiceGround& ground) : BossOf(ledger), ground_(ground) {}
+    Services(Ledger& ledger, Surroundings& ground) : BossOf(ledger), ground_(ground) {}
 
     // IPageItemTypeUtils
     bool IsGroup(const UIDRef& item) override { return kindOf(item) == ItemKind::Group; }
@@ -68,12 +68,12 @@ class Services final : public BossOf<IPageItemTypeUtils, ILayoutUtils, ITextUtil
         return found ? found->kind : ItemKind::Unknown;
     }
 
-    ServiceGround& ground_;
+    Surroundings& ground_;
 };
 
 }  // namespace
 
-std::unique_ptr<Boss> makeServices(Ledger& ledger, ServiceGround& ground) {
+std::unique_ptr<Boss> makeServices(Ledger& ledger, Surroundings& ground) {
     return std::make_unique<Services>(ledger, ground);
 }
 

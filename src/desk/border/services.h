@@ -1,5 +1,5 @@
 #pragma once
-// The stateless services that the desk hands out, all on one object.
+// The stateless services that the desk hands out, by subject.
 
 #include <memory>
 
@@ -9,18 +9,9 @@
 
 namespace desk {
 
-/// What the services need of the border.
-class ServiceGround : public OpenDocuments {
-  public:
-    /// Null without an open document.
-    virtual DocumentBorder* front() = 0;
-    /// With a reference for the caller.
-    virtual IPMCommand* createCommand(ClassID commandClass) = 0;
-
-  protected:
-    ~ServiceGround() = default;
-};
-
-std::unique_ptr<Boss> makeServices(Ledger& ledger, ServiceGround& ground);
+std::unique_ptr<Boss> makeServices(Ledger& ledger, Surroundings& surroundings);
+std::unique_ptr<Boss> makePictureServices(Ledger& ledger, Surroundings& surroundings);
+std::unique_ptr<Boss> makeItemServices(Ledger& ledger, Surroundings& surroundings);
+std::unique_ptr<Boss> makeFileServices(Ledger& ledger, Surroundings& surroundings);
 
 }  // namespace desk

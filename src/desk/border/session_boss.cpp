@@ -22,8 +22,10 @@ class ApplicationBoss final : public BossOf<IApplication, IDocumentList> {
 
 class SessionBoss final : public BossOf<IExecutionContextSession, IObjectModel> {
   public:
-    SessionBoss(Ledger& ledger, Boss& application, Offers& offers)
-        : BossOf(ledger), application_(application), offers_(offers) {}
+    SessionBoss(Ledger& ledger, Boss& application, Boss& settings, Offers& offers)
+        : BossOf(ledger), application_(application), settings_(settings), offers_(offers) {}
+
+    IPMUnknown* QueryWorkspace() override { return settings_.query(IID_IUNKNOWN); }
 
     IApplication* QueryApplication() override {
         return static_cast<IApplication*>(application_.query(IID_IAPPLICATION));
@@ -47,6 +49,7 @@ class SessionBoss final : public BossOf<IExecutionContextSession, IObjectModel> 
 
   private:
     Boss& application_;
+    Boss& settings_;
     Offers& offers_;
 };
 
@@ -56,8 +59,8 @@ std::unique_ptr<Boss> makeApplication(Ledger& ledger, DocumentOrder& documents) 
     return std::make_unique<ApplicationBoss>(ledger, documents);
 }
 
-std::unique_ptr<Boss> makeSession(Ledger& ledger, Boss& application, Offers& offers) {
-    return std::make_unique<SessionBoss>(ledger, application, offers);
+std::unique_ptr<Boss> makeSession(Ledger& ledger, Boss& application, Boss& settings, Offers& offers) {
+    return std::make_unique<SessionBoss>(ledger, application, settings, offers);
 }
 
 }  // namespace desk

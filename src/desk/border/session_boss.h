@@ -32,6 +32,21 @@ class DocumentOrder {
 };
 
 std::unique_ptr<Boss> makeApplication(Ledger& ledger, DocumentOrder& documents);
-std::unique_ptr<Boss> makeSession(Ledger& ledger, Boss& application, Offers& offers);
+/// Settings that hold for all documents, an object without a document.
+class SessionSettings final : public BossOf<IPDFPlacePrefs, IPDFExportViewPrefs> {
+  public:
+    using BossOf::BossOf;
+
+    int32_t GetPage() override { return page_; }
+    void SetPage(int32_t page) override { page_ = page; }
+    bool GetShowAfterExport() override { return showsAfterExport_; }
+    void SetShowAfterExport(bool show) override { showsAfterExport_ = show; }
+
+  private:
+    int32_t page_ = 1;
+    bool showsAfterExport_ = true;
+};
+
+std::unique_ptr<Boss> makeSession(Ledger& ledger, Boss& application, Boss& settings, Offers& offers);
 
 }  // namespace desk

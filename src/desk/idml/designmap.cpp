@@ -44,6 +44,8 @@ void readDocumentElement(Reading& reading, const XmlElement& root) {
     readLabels(root, reading.document.labels);
     root.eachChild([&](const XmlElement& child) { readObject(reading, child); });
     if (reading.document.layers.empty()) reading.document.addLayer("Layer 1");
+    const auto active = reading.layers.find(attributeText(root, "ActiveLayer"));
+    if (active != reading.layers.end()) reading.document.activeLayer = active->second;
 }
 
 PartList listParts(const XmlElement& root) {

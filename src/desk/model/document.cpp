@@ -114,7 +114,8 @@ Layer& Document::addLayer(const std::string& layerName) {
     Layer& layer = layers.emplace_back();
     layer.uid = newUid(Kind::Layer, &layer);
     layer.name = layerName;
-    for (Spread& spread : spreadStore_) addSpreadLayer(spread, layer.uid);
+    for (Spread& spread : spreadStore_)
+        if (spread.uid != 0) addSpreadLayer(spread, layer.uid);
     return layer;
 }
 
@@ -248,6 +249,23 @@ void Document::removeItem(Uid uid) {
         freeItems_.push_back(next);
     }
     modified = true;
+}
+
+bool Document::removeSpread(Uid uid) {
+    Spread* removed = std::find(spreads.begin(), spreads.end(), uid) != spreads.end() ? spread(uid) : nullptr;
+    if (!removed) return false;
+    for (Uid layer : removed->layers) {
+        const std::vector<Uid> items = spreadLayer(layer)->items;
+        for (Uid item : items) removeItem(item);
+        entries_[layer] = Entry{};
+    }
+    for (Uid page : removed->pages) entries_[page] = Entry{};
+    entries_[uid] = Entry{};
+    removeUid(spreads, uid);
+    // Its place in the store stays empty: nothing names it any more, but new layers visit every spread of the store.
+    *removed = Spread{};
+    modified = true;
+    return true;
 }
 
 void Document::removeStory(Uid uid) {

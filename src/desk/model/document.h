@@ -259,6 +259,7 @@ class Document {
     std::vector<NamedFont> fonts;
     std::vector<ReadingNote> notes;
     std::deque<Layer> layers;  ///< bottom first
+    Uid activeLayer = 0;       ///< the layer that was chosen for new content; 0 for none
     std::vector<Uid> spreads;  ///< in page order
     std::vector<Uid> masterSpreads;
     std::vector<Uid> stories;                                 ///< in the order of the package; made ones at the end
@@ -330,6 +331,9 @@ class Document {
 
     /// Removes an item with everything in it, wherever it stands.
     void removeItem(Uid uid);
+    /// Removes a document spread with its pages and everything on it; the stories stay. False for a Uid that is no
+    /// document spread.
+    bool removeSpread(Uid uid);
     /// Removes a story with the items that stand in its text and in no other's; frames that showed it show none.
     void removeStory(Uid uid);
 

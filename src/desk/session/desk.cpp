@@ -1,12 +1,17 @@
 #include "desk/desk.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
 #include "desk/border/border.h"
+#include "desk/border/document_files.h"
 #include "desk/border/utf8.h"
 #include "desk/fonts/font_library.h"
+#include "desk/idml/new_document.h"
 #include "desk/idml/reader.h"
+#include "desk/idml/writer.h"
+#include "desk/output/output_file.h"
 #include "desk/pictures/picture_library.h"
 #include "desk/session/export_run.h"
 #include "desk/session/font_check.h"
@@ -49,12 +54,29 @@ class ComposedLayout final : public TextLayoutService {
 
 }  // namespace
 
-struct Desk::State {
+/// Also opens and saves documents for plug-ins.
+struct Desk::State final : DocumentFiles {
     Border border;
     InstalledHost installed{border};
     FontLibrary fonts;
-    PictureLibrary pictures;
     std::set<std::string> modules;
+    std::vector<Template*> all;  ///< every open template
+    int namelessDocuments = 0;
+    std::vector<std::unique_ptr<Template>> openedByPlugIns;  ///< last, since they need everything above
+
+    State() { border.useFiles(this); }
+    ~State() { openedByPlugIns.clear(); }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
+    static std::unique_ptr<Template> show(std::shared_ptr<State> desk, std::unique_ptr<Document> document);
+    Document* keep(std::unique_ptr<Document> document);
+
+    // DocumentFiles
+    Document* open(const std::string& path) override;
+    Document* create() override;
+    bool write(const Document& document, const std::string& path) override;
+    void close(Document& document) override;
 };
 
 struct Template::State {
@@ -65,10 +87,91 @@ struct Template::State {
     IDataBase* dataBase = nullptr;
     std::vector<std::string> simplifications;
 
-    ~State() {
+    ~State() { leave(); }
+    void leave() {
         if (dataBase) desk->border.close(*document);
+        dataBase = nullptr;
     }
 };
+
+namespace {
+
+void writeDocument(const Document& document, const std::string& path) {
+    const std::string bytes = packageOf(document);
+    OutputFile file(path);
+    file.write(bytes.data(), bytes.size());
+    file.commit();
+}
+
+}  // namespace
+
+std::unique_ptr<Template> Desk::State::show(std::shared_ptr<State> desk, std::unique_ptr<Document> document) {
+    auto opened = std::unique_ptr<Template>(new Template());
+    Template::State& state = *opened->state_;
+    state.desk = std::move(desk);
+    State& shared = *state.desk;
+    state.document = std::move(document);
+    // The working folder may change while the document is open.
+    std::string& path = state.document->path;
+    if (!path.empty()) path = std::filesystem::absolute(path).string();
+    loadPlacedPictures(*state.document, shared.border.pictures());
+    std::error_code ignored;
+    const std::filesystem::path beside = std::filesystem::path(path).parent_path() / documentFontsFolder;
+    if (!path.empty() && std::filesystem::is_directory(beside, ignored)) shared.fonts.addFolder(beside.string());
+    state.composer = std::make_unique<Composer>(*state.document, shared.fonts);
+    state.layout = std::make_unique<ComposedLayout>(*state.composer);
+    state.dataBase = shared.border.open(*state.document, *state.layout);
+    shared.all.push_back(opened.get());
+    return opened;
+}
+
+/// The desk can't own itself: a template that it keeps refers to it without a share.
+Document* Desk::State::keep(std::unique_ptr<Document> document) {
+    openedByPlugIns.push_back(show(std::shared_ptr<State>(std::shared_ptr<void>(), this), std::move(document)));
+    return openedByPlugIns.back()->state_->document.get();
+}
+
+Document* Desk::State::open(const std::string& path) {
+    for (Template* known : all) {
+        Document& document = *known->state_->document;
+        if (!known->state_->dataBase || document.path != path) continue;
+        border.bringToFront(document);
+        return &document;
+    }
+    try {
+        return keep(readDocument(path));
+    } catch (const InputError&) {
+        return nullptr;
+    }
+}
+
+Document* Desk::State::create() {
+    try {
+        return keep(readDocument(newDocumentPackage(), "Untitled-" + std::to_string(++namelessDocuments)));
+    } catch (const std::runtime_error&) {
+        return nullptr;
+    }
+}
+
+bool Desk::State::write(const Document& document, const std::string& path) {
+    try {
+        writeDocument(document, path);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+void Desk::State::close(Document& document) {
+    const auto kept = std::find_if(openedByPlugIns.begin(), openedByPlugIns.end(),
+                                   [&](const auto& opened) { return opened->state_->document.get() == &document; });
+    if (kept != openedByPlugIns.end()) {
+        openedByPlugIns.erase(kept);
+        return;
+    }
+    for (Template* known : all)
+        if (known->state_->document.get() == &document) known->state_->leave();
+}
 
 Desk::Desk() : state_(std::make_shared<State>()) {}
 Desk::~Desk() = default;
@@ -88,22 +191,13 @@ int64_t Desk::outstandingReferences() const {
 }
 
 std::unique_ptr<Template> Desk::open(const std::string& path) {
-    auto opened = std::unique_ptr<Template>(new Template());
-    Template::State& state = *opened->state_;
-    state.desk = state_;
-    state.document = readDocument(path);
-    loadPlacedPictures(*state.document, state_->pictures);
-    std::error_code ignored;
-    const std::filesystem::path beside = std::filesystem::path(path).parent_path() / documentFontsFolder;
-    if (std::filesystem::is_directory(beside, ignored)) state_->fonts.addFolder(beside.string());
-    state.composer = std::make_unique<Composer>(*state.document, state_->fonts);
-    state.layout = std::make_unique<ComposedLayout>(*state.composer);
-    state.dataBase = state_->border.open(*state.document, *state.layout);
-    return opened;
+    return State::show(state_, readDocument(path));
 }
 
 Template::Template() : state_(std::make_unique<State>()) {}
-Template::~Template() = default;
+Template::~Template() {
+    if (state_->desk) std::erase(state_->desk->all, this);
+}
 
 Document& Template::document() {
     return *state_->document;
@@ -115,7 +209,12 @@ IDataBase* Template::dataBase() {
     return state_->dataBase;
 }
 
+void Template::save(const std::string& path) {
+    writeDocument(*state_->document, path);
+}
+
 ExportOutcome Template::exportPdf(const ExportRequest& request) {
+    if (!state_->dataBase) throw InputError(state_->document->name + " was closed by a plug-in: open it again.");
     state_->simplifications.clear();
     return runExport(state_->desk->border, state_->dataBase, *state_->document, *state_->composer, state_->desk->fonts,
                      request, state_->simplifications);
