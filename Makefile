@@ -18,7 +18,7 @@ configure: packages
 
 ## make build     the program at build/vornaset
 build: configure
-	@cmake --build $(BUILD) -j $(JOBS) --target vornaset
+	@cmake --build $(BUILD) -j $(JOBS) --target vornaset vornaset-barcode
 
 ## make demo      the main job on samples/: 100 letters, and where they are
 demo: build
@@ -29,11 +29,14 @@ test: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
-## make sanitize  every test under AddressSanitizer and UndefinedBehaviorSanitizer
+## make sanitize  every test under AddressSanitizer and UndefinedBehaviorSanitizer, those with threads under ThreadSanitizer
 sanitize: packages
 	@cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVORNASET_SANITIZE=ON -DVORNASET_BENCH=OFF >/dev/null
 	@cmake --build build-sanitize -j $(JOBS)
 	@cd build-sanitize && ctest --output-on-failure -j $(JOBS)
+	@cmake -S . -B build-threads -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVORNASET_SANITIZE_THREADS=ON -DVORNASET_BENCH=OFF >/dev/null
+	@cmake --build build-threads -j $(JOBS) --target pdf_tests
+	@build-threads/tests/pdf_tests --gtest_brief=1
 
 ## make lint      clang-format and clang-tidy
 lint:
@@ -52,4 +55,4 @@ bench: configure
 
 ## make clean     away with everything built
 clean:
-	@rm -rf build build-sanitize build-fuzz build-lint out
+	@rm -rf build build-sanitize build-threads build-fuzz build-lint out
