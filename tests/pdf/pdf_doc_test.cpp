@@ -1,5 +1,8 @@
 // Making documents, their fields and pages.
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <limits>
 
 #include "pdf/toolkit.h"
@@ -68,6 +71,9 @@ TEST(PdfDocument, TakesOverTheSourcesPrintIdentity) {
     EXPECT_EQ(document->catalog()->objectForKeyedSubscript(u"OutputIntents"), intents);
     EXPECT_EQ(document->info()->stringForKey(u"GTS_PDFXVersion"), String(u"PDF/X-4"));
     EXPECT_EQ(document->info()->stringForKey(u"Producer"), String(u"Vornaset 7.20"));
+    const passwd* user = getpwuid(geteuid());
+    const auto creator = objectAs<MyPDFString>(document->info()->objectForKeyedSubscript(u"Creator"));
+    EXPECT_EQ(textOf(creator->data()), user == nullptr ? "" : user->pw_name);
     EXPECT_TRUE(document->info()->stringForKey(u"Author").isNull());
     EXPECT_EQ(document->numberOfPages(), 0);
 }
