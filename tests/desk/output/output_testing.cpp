@@ -81,7 +81,7 @@ bool Pixel::isLike(Pixel other, int tolerance) const {
            std::abs(blue - other.blue) <= tolerance;
 }
 
-Picture::Picture(const std::string& pdf, int page) {
+RenderedPage::RenderedPage(const std::string& pdf, int page) {
     const std::string command =
         "mutool draw -q -A 0 -r 72 -F ppm -o - '" + pdf + "' " + std::to_string(page) + " 2>/dev/null";
     FILE* pipe = popen(command.c_str(), "r");
@@ -94,7 +94,7 @@ Picture::Picture(const std::string& pdf, int page) {
         pixels_ = bytes.substr(static_cast<size_t>(length) + 1);
 }
 
-Pixel Picture::at(double x, double y) const {
+Pixel RenderedPage::at(double x, double y) const {
     const size_t index = (static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)) * 3;
     if (index + 2 >= pixels_.size()) return {-1, -1, -1};
     const auto byte = [&](size_t i) { return static_cast<int>(static_cast<unsigned char>(pixels_[index + i])); };

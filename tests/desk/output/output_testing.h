@@ -55,9 +55,9 @@ struct Pixel {
 };
 
 /// A page rendered at one pixel a point by mupdf.
-class Picture {
+class RenderedPage {
   public:
-    Picture(const std::string& pdf, int page);
+    RenderedPage(const std::string& pdf, int page);
     /// Points from the left top corner.
     Pixel at(double x, double y) const;
     int width() const { return width_; }

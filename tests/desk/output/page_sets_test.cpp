@@ -79,7 +79,7 @@ TEST_F(PageSets, WhatStaysIsWrittenOnceFromTheSecondSetOn) {
     EXPECT_EQ(forms(), 1u);
     EXPECT_THAT(pageContent(path, 1), Not(HasSubstr("Do")));
     EXPECT_EQ(pageContent(path, 3), "/X1 Do\n1 0 0 rg\n30 30 20 20 re\nf\n");
-    const Picture picture(path, 5);
+    const RenderedPage picture(path, 5);
     EXPECT_EQ(picture.at(10, 20), green);
     EXPECT_EQ(picture.at(30, 20), red);
     EXPECT_EQ(picture.at(55, 60), red);
@@ -97,7 +97,7 @@ TEST_F(PageSets, AChangeInTheMiddleKeepsThePaintingOrder) {
     expectNoComplaints();
     EXPECT_EQ(forms(), 2u);
     EXPECT_THAT(pageContent(path, 4), ::testing::MatchesRegex("/X1 Do\n0 0 1 rg\n[^\n]*\nf\n/X2 Do\n"));
-    const Picture picture(path, 4);
+    const RenderedPage picture(path, 4);
     EXPECT_EQ(picture.at(10, 40), blue);
     EXPECT_EQ(picture.at(10, 20), green) << "the second background lies over it";
 }
@@ -130,11 +130,11 @@ TEST_F(PageSets, ItemsThatComeAndGoAreSeen) {
         added = set % 3 == 2 ? 0 : test.addRectangle({20.0 * set, 50, 20.0 * set + 10, 60}, "Color/Red").uid;
     });
     expectNoComplaints();
-    EXPECT_EQ(Picture(path, 1).at(5, 55), red);
-    EXPECT_EQ(Picture(path, 2).at(25, 55), red);
-    EXPECT_EQ(Picture(path, 2).at(5, 55), (Pixel{255, 255, 255}));
-    EXPECT_EQ(Picture(path, 3).at(25, 55), (Pixel{255, 255, 255}));
-    EXPECT_EQ(Picture(path, 5).at(85, 55), red);
+    EXPECT_EQ(RenderedPage(path, 1).at(5, 55), red);
+    EXPECT_EQ(RenderedPage(path, 2).at(25, 55), red);
+    EXPECT_EQ(RenderedPage(path, 2).at(5, 55), (Pixel{255, 255, 255}));
+    EXPECT_EQ(RenderedPage(path, 3).at(25, 55), (Pixel{255, 255, 255}));
+    EXPECT_EQ(RenderedPage(path, 5).at(85, 55), red);
 }
 
 TEST_F(PageSets, EachTemplatePageHasItsOwn) {
@@ -150,9 +150,9 @@ TEST_F(PageSets, EachTemplatePageHasItsOwn) {
     writer.finish();
     expectNoComplaints();
     EXPECT_EQ(forms(), 2u);
-    EXPECT_EQ(Picture(path, 5).at(10, 20), green);
-    EXPECT_EQ(Picture(path, 6).at(5, 60), blue);
-    EXPECT_EQ(Picture(path, 6).at(10, 20), (Pixel{255, 255, 255}));
+    EXPECT_EQ(RenderedPage(path, 5).at(10, 20), green);
+    EXPECT_EQ(RenderedPage(path, 6).at(5, 60), blue);
+    EXPECT_EQ(RenderedPage(path, 6).at(10, 20), (Pixel{255, 255, 255}));
 }
 
 TEST_F(PageSets, EachPageHasDictionariesOfItsOwn) {
@@ -231,7 +231,7 @@ TEST_F(PageSets, SharingChangesNothingThatIsSeen) {
     }
     together.finish();
     for (size_t i = 0; i < alone.size(); ++i) {
-        const Picture expected(alone[i], 1), found(folder / "together.pdf", static_cast<int>(i) * 8 + 8);
+        const RenderedPage expected(alone[i], 1), found(folder / "together.pdf", static_cast<int>(i) * 8 + 8);
         int different = 0;
         for (int y = 0; y < 100; ++y)
             for (int x = 0; x < 200; ++x) different += !(expected.at(x, y) == found.at(x, y));

@@ -42,7 +42,7 @@ class Page : public ::testing::Test {
 
 TEST_F(Page, PaintsAFillWhereTheDocumentHasIt) {
     test.addRectangle({20, 10, 60, 30}, "Color/Red");
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.width(), 200);
     EXPECT_EQ(picture.height(), 100);
     EXPECT_EQ(picture.at(21, 11), red);
@@ -58,7 +58,7 @@ TEST_F(Page, PaintsItemsInTheirOrderAndLayersFromTheBottom) {
     test.document.placeOnSpread(top, *test.spread, above);
     test.addRectangle({0, 0, 50, 50}, "Color/Red");
     test.addRectangle({20, 20, 80, 80}, "Color/Green");
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(10, 10), blue);
     EXPECT_EQ(picture.at(40, 10), red);
     EXPECT_EQ(picture.at(40, 40), green);
@@ -87,7 +87,7 @@ TEST_F(Page, TransformsShapesWithTheirGroups) {
     inner.transform = Matrix::translation(10, 0);
     test.document.placeInside(inner, group);
     // (x, y) of the inner rectangle goes to (100 - y, 20 + 10 + x).
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(95, 35), red);
     EXPECT_EQ(picture.at(95, 65), red);
     EXPECT_EQ(picture.at(95, 25), white);
@@ -99,7 +99,7 @@ TEST_F(Page, ClipsWhatStandsInsideAFrame) {
     PageItem& inner = test.addRectangle({40, 40, 120, 90}, "Color/Red");
     inner.transform = {};
     test.document.placeInside(inner, frame);
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(30, 30), green);
     EXPECT_EQ(picture.at(50, 50), red);
     EXPECT_EQ(picture.at(70, 50), white);
@@ -109,7 +109,9 @@ TEST_F(Page, ClipsWhatStandsInsideAFrame) {
 TEST_F(Page, AFrameThatHoldsOnlyAPictureDrawsItself) {
     PageItem& frame = test.addRectangle({20, 20, 60, 60}, "Color/Green");
     PageItem& graphic = test.document.addItem(ItemKind::Graphic);
-    graphic.graphic = PlacedGraphic{"Image", "file:/none.jpg", {0, 0, 100, 100}};
+    graphic.graphic.emplace();
+    graphic.graphic->uri = "file:/none.jpg";
+    graphic.graphic->bounds = {0, 0, 100, 100};
     test.document.placeInside(graphic, frame);
     write();
     EXPECT_EQ(content(), "0 1 0 rg\n20 40 40 40 re\nf\n");
@@ -121,7 +123,7 @@ TEST_F(Page, FillsCompoundPathsByTheNonzeroRule) {
     std::reverse(hole[0].points.begin(), hole[0].points.end());
     item.path.push_back(hole[0]);
     item.path.push_back(rectanglePath({40, 40, 60, 60})[0]);
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(20, 20), red);
     EXPECT_EQ(picture.at(35, 35), white) << "opposite direction is a hole";
     EXPECT_EQ(picture.at(50, 50), red) << "the same direction fills";
@@ -134,7 +136,7 @@ TEST_F(Page, DrawsCurves) {
                           {{50, 90}, {28, 90}, {72, 90}},
                           {{90, 50}, {90, 72}, {90, 28}}},
                          false}};
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(50, 50), red);
     EXPECT_EQ(picture.at(50, 11), red);
     EXPECT_EQ(picture.at(14, 14), white);
@@ -149,7 +151,7 @@ TEST_F(Page, StrokesCentredInsideAndOutside) {
         item.attributes.strokeWeight = 8;
         item.attributes.strokeAlignment = alignment;
     }
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(17, 50), red);
     EXPECT_EQ(picture.at(22, 50), red);
     EXPECT_EQ(picture.at(25, 50), white);
@@ -179,7 +181,7 @@ TEST_F(Page, AStrokeScalesWithItsItem) {
         item->attributes.strokeColor = "Color/Red";
         item->attributes.strokeWeight = 2;
     }
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(9, 25), red);
     EXPECT_EQ(picture.at(11, 25), red);
     EXPECT_EQ(picture.at(13, 25), white);
@@ -199,7 +201,7 @@ TEST_F(Page, DashesAndGapsHaveTheirColours) {
     item.attributes.strokeWeight = 10;
     item.attributes.strokeType = "StrokeStyle/$ID/Dashed";
     item.attributes.dashes = std::vector<double>{20, 10};
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(20, 50), red);
     EXPECT_EQ(picture.at(35, 50), green);
     EXPECT_EQ(picture.at(45, 50), red);
@@ -250,7 +252,7 @@ TEST_F(Page, CornerOptionsShapeEachCornerOfARectangle) {
         item.attributes.cornerOption[i] = options[i];
         item.attributes.cornerRadius[i] = 20;
     }
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(22, 22), white) << "rounded, left top";
     EXPECT_EQ(picture.at(28, 28), red);
     EXPECT_EQ(picture.at(172, 28), white) << "inverse rounded, right top";
@@ -260,7 +262,7 @@ TEST_F(Page, CornerOptionsShapeEachCornerOfARectangle) {
     EXPECT_EQ(picture.at(162, 62), white) << "inset, right bottom";
     EXPECT_EQ(picture.at(158, 62), red);
     item.attributes.cornerRadius[0] = 500;
-    EXPECT_EQ(Picture(write(), 1).at(60, 50), red) << "the radius is cut to half of the shorter side";
+    EXPECT_EQ(RenderedPage(write(), 1).at(60, 50), red) << "the radius is cut to half of the shorter side";
 }
 
 TEST_F(Page, ArrowheadsPointOutwards) {
@@ -270,7 +272,7 @@ TEST_F(Page, ArrowheadsPointOutwards) {
     item.attributes.strokeWeight = 6;
     item.attributes.leftLineEnd = "CircleSolidArrowHead";
     item.attributes.rightLineEnd = "TriangleWideArrowHead";
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(38, 50), red);
     EXPECT_EQ(picture.at(50, 62), red);
     EXPECT_EQ(picture.at(33, 50), white);
@@ -342,7 +344,7 @@ TEST_F(Page, LinearGradientsRunAcrossTheItem) {
     gradient.kind = SwatchKind::Gradient;
     gradient.stops = {{"Color/Red", 0, 50}, {"Color/Green", 50, 50}, {"Color/Blue", 100, 50}};
     test.addRectangle({50, 20, 150, 80}, "Gradient/Fade");
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_TRUE(picture.at(51, 50).isLike(red));
     EXPECT_TRUE(picture.at(100, 50).isLike(green));
     EXPECT_TRUE(picture.at(148, 50).isLike(blue));
@@ -358,7 +360,7 @@ TEST_F(Page, GradientsTakeAngleStartLengthAndMidpoint) {
     item.attributes.gradientAngle = 90;  // upwards
     item.attributes.gradientStart = Point{100, 80};
     item.attributes.gradientLength = 40;
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_TRUE(picture.at(60, 85).isLike(red)) << "before the start";
     EXPECT_TRUE(picture.at(60, 70).isLike({127, 0, 127}, 16)) << "half way a quarter of the ramp up";
     EXPECT_TRUE(picture.at(60, 38).isLike(blue)) << "after the end";
@@ -372,7 +374,7 @@ TEST_F(Page, RadialGradientsRunFromTheMiddle) {
     PageItem& item = test.addRectangle({50, 0, 150, 100}, "Gradient/Sun");
     item.attributes.gradientStart = Point{100, 50};
     item.attributes.gradientLength = 40;
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_TRUE(picture.at(100, 50).isLike(red));
     EXPECT_TRUE(picture.at(120, 50).isLike({127, 0, 127}, 16));
     EXPECT_TRUE(picture.at(55, 50).isLike(blue));
@@ -388,7 +390,7 @@ TEST_F(Page, AGradientOfOneSpotColourStaysOnItsPlate) {
     const std::string objects = decoded(write());
     EXPECT_EQ(count(objects, "/Separation"), 1u);
     EXPECT_THAT(objects, Not(HasSubstr("/ColorSpace /DeviceCMYK")));
-    EXPECT_TRUE(Picture(path, 1).at(1, 50).isLike(white));
+    EXPECT_TRUE(RenderedPage(path, 1).at(1, 50).isLike(white));
 }
 
 TEST_F(Page, GradientsWithoutUsableStopsPaintNothingWorse) {
@@ -403,7 +405,7 @@ TEST_F(Page, GradientsWithoutUsableStopsPaintNothingWorse) {
     test.addRectangle({0, 0, 10, 10}, "Gradient/None");
     test.addRectangle({20, 0, 40, 20}, "Gradient/One");
     test.addRectangle({50, 0, 90, 20}, "Gradient/Same");
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(5, 5), white);
     EXPECT_TRUE(picture.at(30, 10).isLike(red));
     EXPECT_TRUE(picture.at(55, 10).isLike(red));
@@ -417,7 +419,7 @@ TEST_F(Page, OpacityAndBlendingActOnTheItemAsAWhole) {
     item.attributes.strokeWeight = 20;
     item.attributes.strokeAlignment = 1;
     item.attributes.opacity = 50;
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_TRUE(picture.at(55, 70).isLike({255, 127, 127})) << "fill and stroke do not show through each other";
     EXPECT_TRUE(picture.at(100, 70).isLike({255, 127, 127}));
     EXPECT_TRUE(picture.at(100, 30).isLike({127, 127, 0}));
@@ -427,7 +429,7 @@ TEST_F(Page, OpacityAndBlendingActOnTheItemAsAWhole) {
     item.attributes.opacity = 100;
     item.attributes.blendMode = "Multiply";
     ++item.revision;
-    EXPECT_TRUE(Picture(write(), 1).at(100, 30).isLike(black)) << "red over green multiplied";
+    EXPECT_TRUE(RenderedPage(write(), 1).at(100, 30).isLike(black)) << "red over green multiplied";
 }
 
 TEST_F(Page, OverprintIsSwitchedOnForTheItemAlone) {
@@ -453,7 +455,7 @@ TEST_F(Page, HasTrimBleedAndMediaBoxes) {
     EXPECT_THAT(objects, HasSubstr("/MediaBox [\n    0\n    0\n    210\n    114\n  ]"));
     EXPECT_THAT(objects, HasSubstr("/BleedBox [\n    0\n    0\n    210\n    114\n  ]"));
     EXPECT_THAT(objects, HasSubstr("/TrimBox [\n    3\n    5\n    203\n    105\n  ]"));
-    const Picture picture(path, 1);
+    const RenderedPage picture(path, 1);
     EXPECT_EQ(picture.width(), 210);
     EXPECT_EQ(picture.at(0, 0), red);
     EXPECT_EQ(picture.at(209, 113), red);
@@ -483,15 +485,15 @@ TEST_F(Page, ShowsTheMasterOfItsSideUnderItsOwnItems) {
     second.transform = Matrix::translation(-200, -50);
     second.appliedMaster = "MasterSpread/A";
     write({test.page->uid, second.uid});
-    const Picture first(path, 1), verso(path, 2);
+    const RenderedPage first(path, 1), verso(path, 2);
     EXPECT_EQ(first.at(25, 25), blue);
     EXPECT_EQ(first.at(25, 75), green);
     EXPECT_EQ(verso.at(25, 75), red);
     test.page->overriddenMasterItems = {"u1f"};
-    EXPECT_EQ(Picture(write({test.page->uid}), 1).at(25, 75), white) << "an overridden master item is left out";
+    EXPECT_EQ(RenderedPage(write({test.page->uid}), 1).at(25, 75), white) << "an overridden master item is left out";
     test.page->overriddenMasterItems.clear();
     test.spread->showMasterItems = false;
-    EXPECT_EQ(Picture(write({test.page->uid}), 1).at(25, 75), white) << "and all where the spread hides them";
+    EXPECT_EQ(RenderedPage(write({test.page->uid}), 1).at(25, 75), white) << "and all where the spread hides them";
 }
 
 TEST_F(Page, MastersOfMastersLieBelowAndCirclesEnd) {
@@ -507,7 +509,7 @@ TEST_F(Page, MastersOfMastersLieBelowAndCirclesEnd) {
     test.addRectangle({0, 0, 50, 100}, "Color/Green", &top);
     test.page->appliedMaster = "MasterSpread/Top";
     test.page->masterTransform = Matrix::translation(20, 0);
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(60, 50), green);
     EXPECT_EQ(picture.at(100, 50), red);
     EXPECT_EQ(picture.at(10, 50), white) << "the master's items move by the page's own translation";

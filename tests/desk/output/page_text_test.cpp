@@ -345,7 +345,7 @@ TEST_F(Text, ColoursStrokesAndOverprintFollowTheRuns) {
         HasSubstr(
             "1 0 0 rg\n/F1 40 Tf\n (H)Tj\n2 Tr\n1 .5 .5 rg\n0 0 1 RG\n3 w\n/G1 gs\n (H)Tj\n1 Tr\n1 w\n/G2 gs\n (H)Tj\n"
             "3 Tr\n (H)Tj\n0 Tr\n"));
-    const Picture picture(path, 1);
+    const RenderedPage picture(path, 1);
     EXPECT_TRUE(picture.at(15, 45).isLike({255, 0, 0}, 40));
 }
 
@@ -359,7 +359,7 @@ TEST_F(Text, GradientsPaintTextOverItsFrame) {
     paint->strokeColor = "Swatch/None";
     paragraph->lines[0].runs[0].paint = paint;
     show(layoutOf({paragraph}, {10, 60}, 15));
-    const Picture picture(write({test.page->uid, test.page->uid, test.page->uid}), 1);
+    const RenderedPage picture(write({test.page->uid, test.page->uid, test.page->uid}), 1);
     EXPECT_GT(picture.at(17, 40).red, 200);
     EXPECT_GT(picture.at(178, 40).blue, 200);
 }
@@ -369,7 +369,7 @@ TEST_F(Text, RulesLieUnderTheTextWhenBelowTheBaselineElseOver) {
     paragraph->lines[0].rules = {
         {0, 100, 5, 4, "Color/Red", -1}, {0, 100, -12, 4, "Color/Blue", -1}, {0, 100, 3, 0, "Color/Red", -1}};
     show(layoutOf({paragraph}, {10, 60}, 15));
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(50, 65), (Pixel{255, 0, 0}));
     EXPECT_EQ(picture.at(15, 48), (Pixel{0, 0, 255})) << "strikes through the stem";
     const std::string text = content();
@@ -391,7 +391,7 @@ TEST_F(Text, InlineItemsStandOnTheBaseline) {
     story.text = u"\uFFFC\r";
     story.ownedItems = {{0, inlineItem.uid}};
     test.document.story(item->story)->setContent(std::make_shared<StoryContent>(story));
-    const Picture picture(write(), 1);
+    const RenderedPage picture(write(), 1);
     EXPECT_EQ(picture.at(41, 31), (Pixel{255, 0, 0}));
     EXPECT_EQ(picture.at(59, 59), (Pixel{255, 0, 0}));
     EXPECT_EQ(picture.at(61, 59), (Pixel{255, 255, 255}));
@@ -498,7 +498,7 @@ TEST_F(Text, FontsWithPostScriptOutlinesAreEmbeddedToo) {
         EXPECT_EQ(complaintsOfReaders(pdf), "") << family;
         EXPECT_EQ(textOf(pdf).substr(0, 10), "Hamburg 47");
         EXPECT_THAT(run("pdffonts '" + pdf + "'").output, HasSubstr("CID Type 0C"));
-        const Picture picture(pdf, 1);
+        const RenderedPage picture(pdf, 1);
         int dark = 0;
         for (int y = 40; y < 62; ++y)
             for (int x = 10; x < 130; ++x) dark += picture.at(x, y).red < 100;
