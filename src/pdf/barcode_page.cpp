@@ -33,6 +33,7 @@ class PrivateFolder {
     PrivateFolder& operator=(const PrivateFolder&) = delete;
 
     bool exists() const { return !path_.empty(); }
+    const std::string& path() const { return path_; }
     std::string file(const char* name) const { return path_ + "/" + name; }
 
   private:
@@ -51,9 +52,11 @@ bool isOnSearchPath(std::string_view program) {
     return false;
 }
 
-/// What the program says about the job goes nowhere; the file counts only when the whole job went well.
+/// What the program says about the job goes nowhere; the file counts only when the whole job went well. The safe mode
+/// lets a job read all of the temporary folder, so that is one with nothing else in it.
 constexpr const char* kConversion =
-    "gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pdfwrite -sOutputFile=\"$2\" -f \"$1\" </dev/null >/dev/null 2>&1 "
+    "TMPDIR=\"$3\" gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pdfwrite -sOutputFile=\"$2\" -f \"$1\" </dev/null "
+    ">/dev/null 2>&1 "
     "&& cat \"$2\"";
 
 }  // namespace
@@ -86,7 +89,7 @@ Data pdfDataWithPSData(const Data& bytes) {
     if (!folder.exists()) return {};
     const std::string source = folder.file("page.ps");
     if (!replaceFile(String(source.c_str()), bytes.view())) return {};
-    return Data(outputOfProgram("sh", {"-c", kConversion, "sh", source, folder.file("page.pdf")}));
+    return Data(outputOfProgram("sh", {"-c", kConversion, "sh", source, folder.file("page.pdf"), folder.path()}));
 }
 
 }  // namespace vornaset

@@ -1,11 +1,15 @@
 #include "placeholders/text_model.h"
 
+#include <fstream>
+
 #include "host/api/host.h"
 #include "host/host_operations.h"
 #include "host/styles.h"
 #include "support/alert.h"
+#include "support/applications.h"
 #include "support/exception.h"
 #include "support/log.h"
+#include "support/paths.h"
 #include "support/xml_text.h"
 
 namespace vornaset {
@@ -179,7 +183,13 @@ void MyTextModel::clear() {
     if (span > 1) model_->Delete(0, span - 1);
 }
 
-// --- Reserved
+// --- Debugging and reserved
+
+void MyTextModel::log(const String& fileName) const {
+    const String path = stringByAppendingPathComponents(temporaryPath(nullptr, nullptr), fileName, nullptr);
+    std::ofstream(path.utf8(), std::ios::binary | std::ios::trunc) << mirror_.string().utf8();
+    openDocWithPath(path);
+}
 
 void MyTextModel::setAttributes(int32_t, int32_t, const String&) {
     alertPresenter().beep();

@@ -93,6 +93,10 @@ class MyTextModel {
     /// Empties the story's main text in the host alone; mirror and line state stay.
     void clear();
 
+    /// For looking at while debugging: writes the mirror as UTF-8 to a file of this name in the user's temporary
+    /// folder, over what stands there, and opens the file in the user's application for it.
+    void log(const String& fileName) const;
+
     // --- Reserved: neither changes a character's attributes. Both beep and tell the system log "####\tsetAttributes".
     void setAttributes(int32_t position, int32_t length, const String& attributes);
     void setAttributes(int32_t position, int32_t length, const Dictionary& attributes);
