@@ -1,6 +1,11 @@
 #include "pdf/reader.h"
 
 #define POINTERHOLDER_TRANSITION 4  // no use of the library's old pointer class
+#ifdef __clang__
+// Clang 14 can't read this header of the library as C++20, a list of an incomplete type, and nothing here needs it.
+#define JSON_HH
+class JSON;
+#endif
 
 #include <algorithm>
 #include <charconv>

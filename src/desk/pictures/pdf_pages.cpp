@@ -1,6 +1,11 @@
 // Pages of PDFs as form XObjects: the page's content as it stands, and every object that it needs under a new number.
 
 #define POINTERHOLDER_TRANSITION 4  // the library's new shared pointers alone
+#ifdef __clang__
+// Clang 14 can't read this header of the library as C++20, a list of an incomplete type, and nothing here needs it.
+#define JSON_HH
+class JSON;
+#endif
 
 #include <deque>
 #include <optional>
