@@ -87,8 +87,10 @@ TEST_F(Pdf, ALetterheadLiesUnderEveryPage) {
 
 TEST_F(Pdf, ALetterheadWithInheritedEntriesIsWhole) {
     // Its media box stands on the node above the page, which the underlay alone would not look at.
-    output("$VORNASET pdf underlay back.pdf back.pdf -o out.pdf");
-    EXPECT_EQ(output("pdftotext out.pdf - | grep -c Letterhead"), "2\n");
+    write("other.pdf", onePage("[0 0 595.276 841.89]", "BT /F1 9 Tf 50 300 Td (In front) Tj ET"));
+    output("$VORNASET pdf underlay back.pdf other.pdf -o out.pdf");
+    EXPECT_THAT(output("pdftotext out.pdf -"), HasSubstr("Letterhead"));
+    EXPECT_THAT(output("pdftotext out.pdf -"), HasSubstr("In front"));
 }
 
 TEST_F(Pdf, EachPageGetsTheBackgroundOfItsPlace) {
@@ -114,9 +116,9 @@ TEST_F(Pdf, FilesAreJoinedInOrder) {
 TEST_F(Pdf, PagesAreCutToTheirTrim) {
     output("head -2 $SAMPLES/people_100.csv > one.csv");
     output("$VORNASET merge $SAMPLES/cards.idml one.csv -o cards.pdf --quiet");
-    EXPECT_THAT(output("pdfinfo -box cards.pdf"), Not(HasSubstr("Page size:       240.94 x 155.9")));
+    EXPECT_THAT(output("pdfinfo -box cards.pdf"), Not(HasSubstr("Page size:       240.946 x 155.905 pts")));
     output("$VORNASET pdf crop-to-trim cards.pdf -o out.pdf");
-    EXPECT_THAT(output("pdfinfo -box out.pdf"), HasSubstr("Page size:       240.94 x 155.9"));
+    EXPECT_THAT(output("pdfinfo -box out.pdf"), HasSubstr("Page size:       240.946 x 155.905 pts"));
 }
 
 TEST_F(Pdf, PagesAreScaledAndFitted) {
@@ -142,7 +144,7 @@ TEST_F(Pdf, TheLastPageGoesAndTheOrderTurns) {
 
 TEST_F(Pdf, InksAndBoxesAreTold) {
     EXPECT_EQ(output("$VORNASET pdf inks back.pdf"), "page 1: CK\n");
-    EXPECT_EQ(output("$VORNASET pdf boxes back.pdf"), "page 1: MediaBox [0 0 210.000 297.000] mm\n");
+    EXPECT_EQ(output("$VORNASET pdf boxes back.pdf"), "page 1: MediaBox [0 0 210 297] mm\n");
     output("$VORNASET pdf boxes back.pdf -o boxes.txt");
     EXPECT_EQ(contents("boxes.txt"), output("$VORNASET pdf boxes back.pdf"));
 }
@@ -190,10 +192,11 @@ TEST_F(Pdf, HelpSaysEverything) {
 
 TEST_F(Pdf, AHundredAndFiftyUnderlaysOfOneSharedDictionaryFindTheirNames) {
     // Pages that share one resource dictionary have a hundred names between them; each gets its own before.
-    output("qpdf --empty --pages $(for i in $(seq 150); do echo back.pdf; done) -- many.pdf");
+    write("other.pdf", onePage("[0 0 595.276 841.89]", "BT /F1 9 Tf 50 300 Td (In front) Tj ET"));
+    output("qpdf --empty --pages $(for i in $(seq 150); do echo other.pdf; done) -- many.pdf");
     output("$VORNASET pdf underlay back.pdf many.pdf -o out.pdf");
     expectSound("out.pdf", "150");
-    EXPECT_EQ(output("pdftotext out.pdf - | grep -c Letterhead"), "300\n");
+    EXPECT_EQ(output("pdftotext out.pdf - | grep -c Letterhead"), "150\n");
 }
 
 }  // namespace
