@@ -20,7 +20,7 @@ configure: packages
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS) --target vornaset vornaset-barcode
 
-## make demo      the main job on samples/: 100 letters, and where they are
+## make demo      the main jobs on samples/: 100 letters, labels and cards, and where they are
 demo: build
 	@tools/demo.sh $(BUILD)
 

@@ -1,15 +1,16 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <sstream>
 
+#include "cli/authoring_command_line.h"
+#include "cli/data_arguments.h"
 #include "cli/exit_status.h"
 #include "cli/pdf_command_line.h"
+#include "cli/preview_command_line.h"
 #include "cli/version.h"
-#include "companion/delimiter.h"
 
 namespace cli {
 namespace {
@@ -26,7 +27,10 @@ const char* const mergeHelp =
     "for "
     "it. The first record of the data file is the column names. A page set is one pass over the template's pages; "
     "frames "
-    "numbered 1, 2, ... show the records of a page set. A folder \"Document fonts\" beside the template is used by "
+    "numbered 1, 2, ... show the records of a page set. A numbered empty frame with a column shows the picture whose "
+    "path "
+    "stands in the cell (JPEG, PNG, TIFF, PDF, SVG, EPS), or, where no such file is, the EAN-13 barcode of the cell's "
+    "digits. A folder \"Document fonts\" beside the template is used by "
     "itself. "
     "The PDF appears under its name only when it is whole; until then the old file stays.\n\n";
 
@@ -63,52 +67,6 @@ std::string wrapped(const std::string& help) {
     return text;
 }
 
-std::uint64_t wholeNumber(const std::string& option, const std::string& text) {
-    std::uint64_t number = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number == 0)
-        throw UsageError(option + " needs a whole number from 1, not \"" + text + "\".");
-    return number;
-}
-
-/// What was typed for the options of a data file.
-struct DataArguments {
-    std::string delimiter, encoding;
-
-    void declare(CLI::App& command) {
-        command
-            .add_option("--delimiter", delimiter,
-                        "What parts the cells: comma, semicolon, tab, pipe, or the character itself. Default: found by "
-                        "itself among comma, semicolon and tab. Example: --delimiter semicolon")
-            ->type_name("C");
-        command
-            .add_option(
-                "--encoding", encoding,
-                "Encoding of the data file: utf-8, utf-16, utf-16le, utf-16be, windows-1252, macroman. Default: "
-                "found by itself. Example: --encoding macroman")
-            ->type_name("NAME");
-    }
-
-    companion::DataOptions read() const {
-        companion::DataOptions options;
-        if (!delimiter.empty()) {
-            options.delimiter = companion::delimiterNamed(delimiter);
-            if (!options.delimiter)
-                throw UsageError(
-                    "--delimiter needs comma, semicolon, tab, pipe or one character that is no letter, digit "
-                    "or quote, not \"" +
-                    delimiter + "\".");
-        }
-        if (!encoding.empty() && encoding != "auto") {
-            options.encoding = companion::encodingNamed(encoding);
-            if (!options.encoding)
-                throw UsageError("--encoding doesn't know \"" + encoding +
-                                 "\"; say utf-8, utf-16, utf-16le, utf-16be, windows-1252 or macroman.");
-        }
-        return options;
-    }
-};
-
 class Parser {
   public:
     Parser() : program_(programHelp, "vornaset") {
@@ -122,6 +80,8 @@ class Parser {
         declareExport();
         declareCheck();
         declareInfo();
+        preview_.declare(program_);
+        authoring_.declare(program_);
         pdf_.declare(program_);
     }
 
@@ -138,6 +98,8 @@ class Parser {
         if (merge_->parsed()) return mergeCommand();
         if (export_->parsed()) return ExportCommand{openTemplate_, outputPath_, verbosity()};
         if (check_->parsed()) return CheckCommand{openTemplate_, dataPath_, data_.read(), rulesPath_, strictness()};
+        if (preview_.parsed()) return preview_.read();
+        if (authoring_.parsed()) return authoring_.read();
         if (pdf_.parsed()) return pdf_.read();
         return InfoCommand{openTemplate_};
     }
@@ -193,13 +155,24 @@ class Parser {
                          "Records from one page set to the next. Default: the largest frame number of the template, at "
                          "least 1. Example: --offset 24")
             ->type_name("N");
+        merge_
+            ->add_option("--images", imagesFolder_,
+                         "The folder where relative paths of pictures begin. Default: the data file's folder. "
+                         "Example: --images ../photos")
+            ->type_name("DIR");
+        merge_
+            ->add_option(
+                "--barcode", barcodeTool_,
+                "A program that draws barcodes: it gets -e ean13 -b CODE -D and prints a PDF page description. "
+                "Default: the shipped one, inside this process. Example: --barcode ./ean")
+            ->type_name("TOOL");
         merge_->add_flag("--keep-empty-lines", keepsEmptyLines_,
                          "Keep lines whose placeholders are all empty. Default: they go");
         merge_
             ->add_option(
                 "--report", reportPath_,
                 "Write a JSON file with the counts and every problem page (kind, page and record from 1, frame, "
-                "story). Default: none. Example: --report letters.json")
+                "story, for a picture column and file). Default: none. Example: --report letters.json")
             ->type_name("FILE.json");
         declareStrict(*merge_,
                       "Exit status 3 when there are problems: text that doesn't fit, pictures that are missing");
@@ -243,6 +216,8 @@ class Parser {
         command.options.rulesPath = rulesPath_;
         command.options.outputPath = outputPath_;
         command.options.reportPath = reportPath_;
+        command.options.imagesFolder = imagesFolder_;
+        command.options.barcodeTool = barcodeTool_;
         if (!start_.empty()) command.options.range.start = wholeNumber("--start", start_);
         if (!count_.empty()) command.options.range.count = wholeNumber("--count", count_);
         if (!offset_.empty()) command.options.range.offset = wholeNumber("--offset", offset_);
@@ -255,6 +230,8 @@ class Parser {
     const CLI::App& commandInUse() const {
         for (const CLI::App* command : {merge_, export_, check_, info_})
             if (command->parsed()) return *command;
+        if (preview_.parsed()) return preview_.commandInUse();
+        if (authoring_.parsed()) return authoring_.commandInUse();
         if (pdf_.parsed()) return pdf_.commandInUse();
         return program_;
     }
@@ -276,8 +253,11 @@ class Parser {
                 "reverse, inks, boxes or jpeg";
         if (&command == &program_ && dynamic_cast<const CLI::RequiredError*>(&error))
             what = firstArgument.empty() || firstArgument[0] == '-'
-                       ? "say what to do: merge, export, check, info or pdf"
-                       : "there is no command \"" + firstArgument + "\" but merge, export, check, info and pdf";
+                       ? "say what to do: merge, export, check, info, preview, number, placeholder, omr, strip-static "
+                         "or pdf"
+                       : "there is no command \"" + firstArgument +
+                             "\" but merge, export, check, info, preview, number, placeholder, omr, strip-static and "
+                             "pdf";
         while (!what.empty() && (what.back() == '\n' || what.back() == '.' || what.back() == ' ')) what.pop_back();
         if (what.size() > 1 && what[0] >= 'A' && what[0] <= 'Z' && what[1] >= 'a' && what[1] <= 'z')
             what[0] = static_cast<char>(what[0] + 32);
@@ -287,8 +267,10 @@ class Parser {
     CLI::App program_;
     CLI::App *merge_ = nullptr, *export_ = nullptr, *check_ = nullptr, *info_ = nullptr;
     companion::TemplateOptions openTemplate_;
-    std::string dataPath_, rulesPath_, outputPath_, reportPath_;
+    std::string dataPath_, rulesPath_, outputPath_, reportPath_, imagesFolder_, barcodeTool_;
     DataArguments data_;
+    PreviewArguments preview_;
+    AuthoringArguments authoring_;
     PdfArguments pdf_;
     std::string start_, count_, offset_;
     bool keepsEmptyLines_ = false, isStrict_ = false, isQuiet_ = false;

@@ -3,8 +3,11 @@
 #include <stdexcept>
 #include <string>
 #include <variant>
+#include <vector>
 
+#include "companion/authoring_run.h"
 #include "companion/pdf_run.h"
+#include "companion/preview_run.h"
 #include "companion/run.h"
 
 namespace cli {
@@ -41,12 +44,27 @@ struct PdfCommand {
     Verbosity verbosity = Verbosity::Normal;
 };
 
+struct PreviewCommand {
+    companion::PreviewOptions options;
+    Verbosity verbosity = Verbosity::Normal;
+};
+
+/// Changes a template and writes it as IDML.
+struct AuthoringCommand {
+    enum class Kind { Number, Placeholder, Omr, StripStatic } kind = Kind::Number;
+    companion::TemplateOptions openTemplate;
+    std::vector<companion::FrameAssignment> assignments;  ///< of Number
+    companion::PlaceholderPlace placeholder;              ///< of Placeholder
+    std::string outputPath;
+};
+
 /// Help or the version was asked for: text for standard output.
 struct AnswerCommand {
     std::string text;
 };
 
-using Command = std::variant<AnswerCommand, MergeCommand, ExportCommand, CheckCommand, InfoCommand, PdfCommand>;
+using Command = std::variant<AnswerCommand, MergeCommand, ExportCommand, CheckCommand, InfoCommand, PreviewCommand,
+                             AuthoringCommand, PdfCommand>;
 
 /// What was typed makes no sense. what() is one sentence.
 class UsageError : public std::runtime_error {

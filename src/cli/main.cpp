@@ -57,6 +57,28 @@ int execute(const InfoCommand& command) {
     return printOrFail(companion::runInfo(command.openTemplate));
 }
 
+int execute(const PreviewCommand& command) {
+    Console console(command.verbosity);
+    const std::string done = companion::runPreview(command.options, console);
+    console.runEnded();
+    return command.verbosity == Verbosity::Quiet ? exitDone : printOrFail(done);
+}
+
+int execute(const AuthoringCommand& command) {
+    switch (command.kind) {
+        case AuthoringCommand::Kind::Number:
+            return printOrFail(companion::runNumber(command.openTemplate, command.assignments, command.outputPath));
+        case AuthoringCommand::Kind::Placeholder:
+            return printOrFail(
+                companion::runPlaceholder(command.openTemplate, command.placeholder, command.outputPath));
+        case AuthoringCommand::Kind::Omr:
+            return printOrFail(companion::runOmr(command.openTemplate, command.outputPath));
+        case AuthoringCommand::Kind::StripStatic:
+            break;
+    }
+    return printOrFail(companion::runStripStatic(command.openTemplate, command.outputPath));
+}
+
 int execute(const PdfCommand& command) {
     Console console(command.verbosity);
     companion::PdfResult result = companion::runPdf(command.options, console);

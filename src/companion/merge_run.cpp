@@ -2,12 +2,14 @@
 #include <memory>
 #include <utility>
 
+#include "companion/barcode_source.h"
 #include "companion/error.h"
 #include "companion/mapping_rules.h"
 #include "companion/problem_keeper.h"
 #include "companion/report.h"
 #include "companion/rows_view.h"
 #include "companion/run.h"
+#include "companion/run_folder.h"
 #include "companion/template_check.h"
 #include "companion/whole_file.h"
 #include "companion/workplace.h"
@@ -70,11 +72,18 @@ class Warnings {
     RunResult& result_;
 };
 
-vornaset::Dictionary makeJob(std::shared_ptr<const DataTable> table, const MergePlan& plan, EmptyLines emptyLines) {
+vornaset::Dictionary makeJob(std::shared_ptr<const DataTable> table, const MergePlan& plan, EmptyLines emptyLines,
+                             const BarcodeSource& barcodes) {
     return vornaset::Dictionary::makeMutable({{u"rows", rowsView(std::move(table), plan.rows, plan.padding)},
                                               {u"startNr", plan.startNr},
                                               {u"offset", plan.offset},
-                                              {u"rmvEmptyLines", emptyLines == EmptyLines::Remove ? 1 : 0}});
+                                              {u"rmvEmptyLines", emptyLines == EmptyLines::Remove ? 1 : 0},
+                                              {u"barcode", vornaset::String::fromDamagedUTF8(barcodes.name())}});
+}
+
+std::string imagesFolder(const MergeOptions& options) {
+    if (!options.imagesFolder.empty()) return options.imagesFolder;
+    return std::filesystem::absolute(options.dataPath).parent_path().string();
 }
 
 /// A run leaves nothing behind for the next one in this process, however it ends.
@@ -93,12 +102,14 @@ class PasteboardOfRun {
     }
 };
 
-void exportSets(Workplace& place, const std::string& output, std::uint64_t pageSets, RunWatcher& watcher,
-                RunResult& result) {
+/// `temporary` is emptied after each page set: what was made for it is in the PDF then. Null for none.
+void exportSets(Workplace& place, const std::string& output, std::uint64_t pageSets, const RunFolder* temporary,
+                RunWatcher& watcher, RunResult& result) {
     desk::ExportRequest request;
     request.outputPath = output;
     request.pageSets = pageSets;
     request.progress = [&](const desk::ExportProgress& progress) {
+        if (temporary && progress.pagesDone % place.facts().pages.size() == 0) temporary->clear();
         return watcher.goesOn(progress.pagesDone, progress.pagesTotal) ? desk::ExportAnswer::GoOn
                                                                        : desk::ExportAnswer::Stop;
     };
@@ -115,12 +126,12 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
 }
 
 void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan, const vornaset::Dictionary& job,
-                   RunWatcher& watcher, RunResult& result) {
+                   const RunFolder& temporary, RunWatcher& watcher, RunResult& result) {
     PasteboardOfRun pasteboard;
     ProblemKeeper keeper(place.facts(), plan.rows, result.problems);
     pasteboard.post(job);
     try {
-        exportSets(place, output, plan.pageSets, watcher, result);
+        exportSets(place, output, plan.pageSets, &temporary, watcher, result);
     } catch (const desk::PlugInFailure& failure) {
         if (!keeper.failure().empty()) throw Error(keeper.failure());
         throw Error("the template \"" + place.facts().path + "\", page " + std::to_string(failure.pageIndex + 1) +
@@ -155,8 +166,14 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
 
     vornaset::setupRules(ruleObjects(rules));
     result.records = plan.records;
-    exportRecords(place, options.outputPath, plan, makeJob(std::move(table), plan, options.emptyLines), watcher,
-                  result);
+    const BarcodeSource barcodes(options.barcodeTool);
+    const RunFolder temporary;
+    const std::string output = std::filesystem::absolute(options.outputPath).string();
+    {
+        const WorkingFolder pictures(imagesFolder(options));
+        exportRecords(place, output, plan, makeJob(std::move(table), plan, options.emptyLines, barcodes), temporary,
+                      watcher, result);
+    }
     if (report && result.outcome == RunOutcome::Finished) report->finish(reportText(options, result));
     return result;
 }
@@ -174,7 +191,7 @@ RunResult runExport(const TemplateOptions& options, const std::string& outputPat
         RunResult result;
         Workplace place(options);
         PasteboardOfRun pasteboard;
-        exportSets(place, outputPath, 1, watcher, result);
+        exportSets(place, outputPath, 1, nullptr, watcher, result);
         return result;
     });
 }

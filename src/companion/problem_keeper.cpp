@@ -23,6 +23,8 @@ void ProblemKeeper::problem(vornaset::ProblemKind kind, const vornaset::MergePla
         if (frame->page > 0) problem.page += static_cast<std::uint64_t>(frame->page) - 1;
     }
     if (const StoryFacts* story = facts_.story(place.story.GetUID().Get())) problem.story = story->name;
+    problem.column = place.column.utf8();
+    problem.file = place.path.utf8();
     problems_.push_back(std::move(problem));
 }
 

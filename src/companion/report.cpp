@@ -8,12 +8,18 @@ using nlohmann::ordered_json;
 
 std::string reportText(const MergeOptions& options, const RunResult& result) {
     ordered_json problems = ordered_json::array();
-    for (const ProblemPage& problem : result.problems)
-        problems.push_back({{"kind", problem.kind},
-                            {"page", problem.page},
-                            {"record", problem.record},
-                            {"frame", problem.frame},
-                            {"story", problem.story}});
+    for (const ProblemPage& problem : result.problems) {
+        ordered_json told = {{"kind", problem.kind},
+                             {"page", problem.page},
+                             {"record", problem.record},
+                             {"frame", problem.frame},
+                             {"story", problem.story}};
+        if (!problem.column.empty()) {
+            told["column"] = problem.column;
+            told["file"] = problem.file;
+        }
+        problems.push_back(std::move(told));
+    }
     ordered_json fonts = ordered_json::array();
     for (auto& [asked, used] : result.replacedFonts) fonts.push_back({{"asked", asked}, {"used", used}});
     ordered_json report = {{"template", options.openTemplate.path},

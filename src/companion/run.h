@@ -35,7 +35,9 @@ struct MergeOptions {
     DataOptions data;
     std::string rulesPath;  ///< empty for none
     std::string outputPath;
-    std::string reportPath;  ///< empty for none
+    std::string reportPath;    ///< empty for none
+    std::string imagesFolder;  ///< where relative paths of pictures begin; empty for the data file's folder
+    std::string barcodeTool;   ///< path of a program; empty for the shipped one, which needs no process
     MergeRange range;
     EmptyLines emptyLines = EmptyLines::Remove;
 };
@@ -44,11 +46,13 @@ enum class RunOutcome { Finished, Stopped };
 
 /// A page that isn't as it should be.
 struct ProblemPage {
-    std::string kind;          ///< as on the pasteboard: "overset", "missingImg"
+    std::string kind;          ///< as on the pasteboard, "overset" or "missingImg", or "importFailed"
     std::uint64_t page = 0;    ///< in the PDF, from 1, where the frame stands
     std::uint64_t record = 0;  ///< in the data, from 1
     std::string frame;         ///< name as `info` gives it
     std::string story;         ///< likewise; empty for an image frame
+    std::string column;        ///< that feeds an image frame; empty for text
+    std::string file;          ///< of an image frame: what the cell says, or the file that can't be imported
     bool operator==(const ProblemPage&) const = default;
 };
 

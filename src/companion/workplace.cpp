@@ -21,7 +21,7 @@ std::string modulePath() {
 
 Workplace::Workplace(const TemplateOptions& options) {
     desk_.loadPlugIn(modulePath());
-    if (!options.fontFolder.empty()) desk_.addFontFolder(options.fontFolder);
+    if (!options.fontFolder.empty()) desk_.addFontFolder(std::filesystem::absolute(options.fontFolder));
     open_ = desk_.open(options.path);
     facts_ = factsOf(*open_, options.path);
 }

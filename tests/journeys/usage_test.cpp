@@ -10,8 +10,13 @@ TEST_F(Usage, WrongArgumentsAreStatusTwoAndOneSentence) {
         const char* arguments;
         const char* sentence;
     } cases[] = {
-        {"", "say what to do: merge, export, check, info or pdf; see vornaset --help."},
-        {"print", "there is no command \"print\" but merge, export, check, info and pdf; see vornaset --help."},
+        {"",
+         "say what to do: merge, export, check, info, preview, number, placeholder, omr, strip-static or pdf; see "
+         "vornaset --help."},
+        {"print",
+         "there is no command \"print\" but merge, export, check, info, preview, number, placeholder, omr, "
+         "strip-static "
+         "and pdf; see vornaset --help."},
         {"merge", "TEMPLATE is required; see vornaset merge --help."},
         {"merge a.idml b.csv", "--output is required; see vornaset merge --help."},
         {"merge a.idml b.csv -o c.pdf d", "the following argument was not expected: d; see vornaset merge --help."},

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+namespace companion {
+
+/// A temporary folder for one run, which is the temporary folder of this process (support/paths.h) as long as the
+/// object lives and is gone afterwards. It stands in the folder that TMPDIR names, else in memory where the machine has
+/// a file system for that (a run may write a small file for every record), else in the user's temporary folder. A run
+/// that was killed leaves its folder there, and the next run takes it away.
+class RunFolder {
+  public:
+    /// Throws Error.
+    RunFolder();
+    ~RunFolder();
+    RunFolder(const RunFolder&) = delete;
+    RunFolder& operator=(const RunFolder&) = delete;
+
+    /// Without slash at the end.
+    const std::string& path() const { return path_; }
+    /// Removes the files in the folder.
+    void clear() const;
+
+  private:
+    std::string path_;
+    int descriptor_ = -1;  ///< of the folder; it carries the lock that says that the run is alive
+};
+
+/// The process's working folder for the time of a scope. Relative paths of pictures begin there.
+class WorkingFolder {
+  public:
+    /// Throws Error when there is no such folder.
+    explicit WorkingFolder(const std::string& path);
+    ~WorkingFolder();
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+
+  private:
+    int former_ = -1;
+};
+
+}  // namespace companion
