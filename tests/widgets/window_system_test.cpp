@@ -1,0 +1,87 @@
+#include "widgets/window_system.h"
+
+#include <QtCore/QEventLoop>
+#include <QtGui/QClipboard>
+#include <QtWidgets/QApplication>
+
+#include "support/clipboard.h"
+#include "support/run_loop.h"
+#include "support/timed_work.h"
+#include "widgets/alert_window.h"
+#include "widgets/user_clipboard.h"
+#include "widgets/window_fixture.h"
+
+namespace vornaset {
+namespace {
+
+TEST(WindowSystems, TheAlertsAndTheClipboardAreThoseOfTheUser) {
+    EXPECT_TRUE(WindowSystem::isThere());
+    EXPECT_NE(dynamic_cast<WindowPresenter*>(&alertPresenter()), nullptr);
+    EXPECT_NE(dynamic_cast<UserClipboard*>(&generalPasteboard()), nullptr);
+}
+
+TEST(WindowSystems, ASecondOneUsesTheApplicationAndPutsBackWhatWasInForce) {
+    AlertPresenter* const before = &alertPresenter();
+    {
+        int count = 0;
+        const WindowSystem second(count, nullptr);
+        EXPECT_NE(&alertPresenter(), before);
+    }
+    EXPECT_EQ(&alertPresenter(), before);
+    EXPECT_NE(qobject_cast<QApplication*>(QCoreApplication::instance()), nullptr);
+}
+
+TEST(WindowSystems, TimersOfTheLibraryFireInTheEventLoop) {
+    QEventLoop loop;
+    runTimerProc([](void* context) { static_cast<QEventLoop*>(context)->exit(7); }, 0.01, &loop);
+    QTimer::singleShot(10000, &loop, [&] { loop.exit(1); });
+    EXPECT_EQ(loop.exec(), 7);
+}
+
+TEST(WindowSystems, ARepeatingTimerGoesOnDuringTheLoopThatItStarted) {
+    struct {
+        int fired = 0;
+        int firedInside = 0;
+    } counts;
+    QEventLoop outer;
+    const TimerRef timer = startTimer(0.002, [&](const TimerRef&) {
+        if (++counts.fired != 1) return;
+        QEventLoop inner;
+        QTimer::singleShot(100, &inner, &QEventLoop::quit);
+        inner.exec();
+        counts.firedInside = counts.fired;
+        outer.quit();
+    });
+    outer.exec();
+    stopTimer(timer);
+    EXPECT_GT(counts.firedInside, 2);
+}
+
+class UserClipboardTest : public testing::Test {
+  protected:
+    ~UserClipboardTest() override { QGuiApplication::clipboard()->clear(); }
+};
+
+TEST_F(UserClipboardTest, TextGoesToTheUsersClipboardAndBack) {
+    copyToPasteboard(String(u"%@ \u00FC\U0001F4C4"), String("Gr\xC3\xBC\xC3\x9F"
+                                                            "e"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf16(u"Gr\u00FC\u00DFe \u00FC\U0001F4C4"));
+    QGuiApplication::clipboard()->setText("other");
+    EXPECT_EQ(stringFromPasteboard("default"), String("other"));
+}
+
+TEST_F(UserClipboardTest, WithoutATextThereIsTheDefault) {
+    QGuiApplication::clipboard()->clear();
+    EXPECT_EQ(stringFromPasteboard("default"), String("default"));
+    QGuiApplication::clipboard()->setPixmap(QPixmap(3, 3));
+    EXPECT_EQ(stringFromPasteboard("default"), String("default"));
+}
+
+TEST_F(UserClipboardTest, ANullTextLeavesNothing) {
+    generalPasteboard().setString("old");
+    generalPasteboard().setString(nullptr);
+    EXPECT_TRUE(generalPasteboard().string().isNull());
+}
+
+}  // namespace
+}  // namespace vornaset
