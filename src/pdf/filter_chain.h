@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "pdf/byte_filters.h"
-#include "pdf/filter_limits.h"
+#include "pdf/limits.h"
 #include "pdf/predictor.h"
 
 namespace vornaset {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <thread>
 
-#include "pdf/filter_limits.h"
+#include "pdf/limits.h"
 #include "pdf/graph_release.h"
 #include "pdf/pdf_doc.h"
 #include "pdf/pdf_keys.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "pdf/filter_limits.h"
+#include "pdf/limits.h"
 
 namespace vornaset {
 namespace {

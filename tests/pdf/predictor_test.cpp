@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "pdf/encoders.h"
-#include "pdf/filter_limits.h"
+#include "pdf/limits.h"
 
 namespace vornaset {
 namespace {

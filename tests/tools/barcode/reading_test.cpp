@@ -164,6 +164,8 @@ TEST_F(SeenSymbol, IsNotPrintedForARefusedCodeWhoseReasonGoesToStandardError) {
     expect("-e ean13 -b 40063813339x -D", 1,
            "EAN-13 takes digits alone; \"40063813339x\" has something else at place 12.");
     expect("-e ean13 -D", 2, "the code is missing; give it with -b.");
+    EXPECT_EQ(run(program + " 2>&1").status, 2);
+    EXPECT_EQ(run(program + " 2>&1").output, barcode::helpText());
     EXPECT_EQ(run(program + " -e ean13 -b 4006381333931 -D >/dev/full 2>/dev/null").status, 1);
     EXPECT_TRUE(run(program + " --help").output.starts_with("usage: vornaset-barcode -e KIND -b CODE -D\n"));
 }

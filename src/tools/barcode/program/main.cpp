@@ -20,6 +20,10 @@ int print(const std::string& bytes) {
 
 int run(const std::vector<std::string>& arguments) {
     if (arguments.size() == 1 && arguments.front() == "--help") return print(barcode::helpText());
+    if (arguments.empty()) {
+        std::fputs(barcode::helpText().c_str(), stderr);
+        return exitWrongUsage;
+    }
     const barcode::Outcome outcome = barcode::answer(arguments);
     if (outcome.status == barcode::Status::Drawn) return print(outcome.description);
     std::fprintf(stderr, "vornaset-barcode: %s\n", outcome.problem.c_str());
