@@ -1,5 +1,10 @@
 #include "merge/image_slots.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string_view>
+
 #include "host/api/host.h"
 #include "host/frame_geometry.h"
 #include "host/picture_import.h"
@@ -9,6 +14,7 @@
 #include "records/merge_records.h"
 #include "support/dictionary_access.h"
 #include "support/exception.h"
+#include "support/file_handle.h"
 #include "support/paths.h"
 
 namespace vornaset {
@@ -32,6 +38,26 @@ String placeInWords(const MergePlace& place) {
     return stringWithFormat("row %ld, column \"%@\"", place.row + 1, place.column);
 }
 
+/// Writes to a name that nothing bears yet. False when something does or the file can't be written whole; then nothing
+/// new is left behind.
+bool writeNewFile(const String& path, std::string_view bytes) {
+    const std::string name = path.utf8();
+    if (name.find('\0') != std::string::npos) return false;
+    const FileHandle file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.isOpen()) return false;
+    if (::write(file.number(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size())) return true;
+    ::unlink(name.c_str());
+    return false;
+}
+
+// A run makes a small file for each of its codes, nearly always of a new name. Such a file needs neither the removal of
+// an older one nor the change of names by which a document puts itself in the place of one, and those cost as much
+// again as the writing.
+void writeBarcode(const Handle<MyPDFDoc>& document, const String& path) {
+    const Data bytes = document->pdfData();
+    if (bytes.length() > 0 && !writeNewFile(path, bytes.view())) document->writeToFile(path);
+}
+
 PictureFile barcodeFile(const String& script, const String& code, const UIDRef& frame) {
     if (script.isNull()) return {code};
     const PMRect bounds = boundsForFrame(frame, uint8_t{0});
@@ -39,7 +65,7 @@ PictureFile barcodeFile(const String& script, const String& code, const UIDRef& 
     const Handle<MyPDFDoc> document = pdfDocWithEANCode(script, kBarcodeKind, code, size);
     PictureFile file{stringByAppendingPathComponents(temporaryPath(nullptr, nullptr), code, kPDF)};
     if (!document) return file;
-    document->writeToFile(file.path);
+    writeBarcode(document, file.path);
     file.pages = Pages::One;
     return file;
 }

@@ -270,14 +270,15 @@ TEST_F(PageFillTest, SlotThatIsGoneIsPassedOver) {
     fill(job, 0);
 }
 
-TEST_F(PageFillTest, PicturesAreNotPlacedYet) {
+TEST_F(PageFillTest, PicturesComeAfterAllTexts) {
+    const Uid text = numberedFrame(u"<<Name>>", 1);
     const Uid slot = imageSlot(1);
     setColNameForFrame(ref(slot), "Name");
+    layout.overset.insert(storyOf(text));
     Dictionary job = begin(rows(1));
     fill(job, 0);
-    EXPECT_TRUE(isEmptyPictureFrame(ref(slot)));
-    EXPECT_THAT(problems, IsEmpty());
-    EXPECT_EQ(feedback(), "");
+    EXPECT_EQ(textIn(text), u"r0");
+    EXPECT_EQ(feedback(), "missingImg=1");
 }
 
 // --- The database of the run
