@@ -45,6 +45,14 @@ TEST_F(DocPagesTest, PageRectangleIsItsEdge) {
     EXPECT_EQ(pageRectForDoc(nullptr, 0, 0), PMRect());
 }
 
+TEST_F(DocPagesTest, MarginsAreTakenOffEveryEdge) {
+    page->bounds = {0, 0, 100, 200};
+    page->margins = {1, 2, 3, 4};
+    EXPECT_EQ(marginsForPage(ref(page->uid)), PMRect(1, 2, 3, 4));
+    EXPECT_EQ(marginsForDoc(front(), 0), PMRect(1, 2, 3, 4));
+    EXPECT_EQ(pageRectForDocWithoutMargins(front(), 0), PMRect(1, 2, 97, 196));
+}
+
 TEST_F(DocPagesTest, MissingMarginsAreZeros) {
     EXPECT_EQ(marginsForPage(UIDRef()), PMRect());
     EXPECT_EQ(marginsForDoc(nullptr, 0), PMRect());

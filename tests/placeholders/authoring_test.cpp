@@ -2,11 +2,18 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
 #include "placeholders/text_model.h"
 #include "plugin_fixture.h"
 #include "recorded_host.h"
 #include "support/alert.h"
+#include "support/environment_variable.h"
 #include "support/log.h"
+#include "support/paths.h"
 
 using namespace vornaset;
 using ::testing::ElementsAre;
@@ -212,6 +219,41 @@ TEST_F(AuthoringTest, WalkOverAttributesNeverCallsBack) {
         },
         &calls);
     EXPECT_EQ(calls, 0);
+}
+
+// --- Looking at the mirror
+
+TEST_F(AuthoringTest, MirrorIsWrittenToTheTemporaryFolderAndOpened) {
+    namespace fs = std::filesystem;
+    std::string pattern = (fs::temp_directory_path() / "authoring-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    const fs::path folder = pattern;
+    fs::create_directory(folder / "bin");
+    std::ofstream(folder / "bin" / "xdg-open")
+        << "#!/bin/sh\necho \"$1\" > '" << (folder / "opened.new").string() << "'\n/bin/mv '"
+        << (folder / "opened.new").string() << "' '" << (folder / "opened").string() << "'\n";
+    fs::permissions(folder / "bin" / "xdg-open", fs::perms::owner_all);
+    {
+        const EnvironmentVariable programs("PATH", (folder / "bin").c_str());
+        const EnvironmentVariable data("XDG_DATA_HOME", folder.c_str());
+        const EnvironmentVariable system("XDG_DATA_DIRS", folder.c_str());
+        const EnvironmentVariable settings("XDG_CONFIG_HOME", folder.c_str());
+        setTemporaryFolder(String(folder.c_str()));
+        std::ofstream(folder / "story.txt") << "what stood here before is longer";
+        MyTextModel(storyRef(textFrame(u"\u00E4b"))).log(u"story.txt");
+        setTemporaryFolder(nullptr);
+        for (int waited = 0; waited < 1000 && !fs::exists(folder / "opened"); ++waited) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
+    std::string written, opened;
+    std::getline(std::ifstream(folder / "story.txt", std::ios::binary), written, '\0');
+    std::getline(std::ifstream(folder / "opened"), opened);
+    EXPECT_EQ(written,
+              "\xC3\xA4"
+              "b\r");
+    EXPECT_THAT(opened, ::testing::EndsWith((folder / "story.txt").string()));
+    fs::remove_all(folder);
 }
 
 }  // namespace
