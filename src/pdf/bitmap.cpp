@@ -79,7 +79,7 @@ Data jpegDataWithBitmap(const Bitmap& bitmap) {
     unsigned char* bytes = nullptr;
     unsigned long size = 0;
     const bool encoded = encode(bitmap, row.data(), &bytes, &size);
-    const Data result = encoded ? Data(std::string(reinterpret_cast<const char*>(bytes), size)) : Data();
+    Data result = encoded ? Data(std::string(reinterpret_cast<const char*>(bytes), size)) : Data();
     std::free(bytes);
     return result;
 }

@@ -10,7 +10,7 @@ namespace vornaset {
 namespace {
 
 /// Below this many bytes a thread costs more than it gives.
-constexpr size_t kWorthAThread = 64 * 1024;
+constexpr size_t kWorthAThread = size_t{64} * 1024;
 /// How many jobs the threads may be ahead of the writer: their results are held beside the data that they replace.
 constexpr size_t kWindow = 256;
 

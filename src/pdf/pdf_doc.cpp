@@ -27,7 +27,7 @@ constexpr const char* kProgramVersion = "7.20";
 
 /// The login name of the user, null when the system has none.
 String loginName() {
-    std::vector<char> room(16 * 1024);
+    std::vector<char> room(size_t{16} * 1024);
     passwd entry{};
     passwd* found = nullptr;
     if (getpwuid_r(geteuid(), &entry, room.data(), room.size(), &found) != 0 || found == nullptr) return {};

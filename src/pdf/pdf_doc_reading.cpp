@@ -236,7 +236,7 @@ void MyPDFDoc::fillContainer(const ReaderObject& source) {
         const Handle<MyPDFObj> known = pdfObjFromCache(child, child->type());
         const Handle<MyPDFObj> object = known ? known : objWithObjRef(child, child->type());
         container_ = frame.container;
-        if (isArray) {
+        if (key == nullptr) {
             addObject(object);
         } else {
             addObject(object, key->text);

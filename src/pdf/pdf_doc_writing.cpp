@@ -86,7 +86,7 @@ String MyPDFDoc::writeToTmpFolder() {
     if (absent_) return {};
     if (name().isNull()) throw InvalidArgumentException("The document has no path, so its file would have no name.");
     const String folder = getDocumentsPath(u"Vornaset", nullptr);
-    const String path = stringByAppendingPathComponents(folder, name(), nullptr);
+    String path = stringByAppendingPathComponents(folder, name(), nullptr);
     writeToFile(path);
     return path;
 }

@@ -49,7 +49,7 @@ String addFormToPageResource(const Handle<MyPDFDictionary>& page, const Handle<M
     }
     const int64_t first = names->count() + 1;
     for (int64_t candidate = 0; candidate < kNameCandidates; ++candidate) {
-        const String name = formName(first + candidate);
+        String name = formName(first + candidate);
         if (names->objectForKeyedSubscript(name)) continue;
         names->setObject(form, name);
         return name;
@@ -97,7 +97,7 @@ String mergeDocs(const String& path1, const String& path2, const String& output)
     const Handle<MyPDFDoc> second = MyPDFDoc::pdfDocWithPath(path2);
     const bool firstIsTarget = first->numberOfPages() >= second->numberOfPages();
     const String ownPath = firstIsTarget ? path1 : path2;
-    const String path = output.isNull() ? ownPath : output;
+    String path = output.isNull() ? ownPath : output;
     if (firstIsTarget) {
         mergeDocs(second, first, path);
     } else {
@@ -190,8 +190,8 @@ String makePDFDoc() {
         kids->addObject(page);
     }
     const char* home = std::getenv("HOME");
-    const String path = home == nullptr ? temporaryPath(u"vornaset-test", u"pdf")
-                                        : stringByAppendingPathComponents(home, u"vornaset-test", u"pdf");
+    String path = home == nullptr ? temporaryPath(u"vornaset-test", u"pdf")
+                                  : stringByAppendingPathComponents(home, u"vornaset-test", u"pdf");
     document->writeToFile(path);
     return path;
 }

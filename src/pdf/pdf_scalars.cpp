@@ -94,7 +94,7 @@ Handle<MyPDFString> MyPDFString::stringWithString(const String& text) {
 String MyPDFString::pdfString() const {
     const std::string_view bytes = data_.view();
     if (bytes.size() >= 3 && bytes.starts_with("\xFE\xFF")) return stringWithUTF16BigEndian(bytes);
-    const String text = String::fromUTF8(bytes);
+    String text = String::fromUTF8(bytes);
     if (!text.isNull()) return text;
     const String macRoman = vornaset::stringWithBytes(bytes.data(), bytes.size(), kMacRomanEncoding);
     return macRoman.isNull() ? String(u"") : macRoman;
