@@ -23,6 +23,7 @@ namespace {
 constexpr int kIconSide = 64;
 constexpr int kTextWidth = 360;
 constexpr int kMargin = 20;
+constexpr int kParagraphSpace = 10;
 constexpr const char* kOwnIdentifier = "com.kelmoriandev.indesign.Vornaset";
 
 /// The button that changes least.
@@ -71,12 +72,14 @@ AlertWindow::AlertWindow(const Alert& alert, QWidget* parent) : QDialog(parent),
     all->setSpacing(kMargin);
     all->addLayout(upper, 1);
     all->addWidget(makeButtons(alert));
+    resize(all->totalMinimumSize());  // what a scrolling part asks for beyond its minimum is air
 }
 
 QWidget* AlertWindow::makeTexts(const Alert& alert) {
     auto* texts = new QWidget;
     auto* column = new QVBoxLayout(texts);
     column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kParagraphSpace);
     if (!alert.message.isEmpty()) {
         QLabel* message = makeLabel(alert.message, "message");
         QFont font = message->font();

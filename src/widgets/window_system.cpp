@@ -1,6 +1,9 @@
 #include "widgets/window_system.h"
 
+#include <QtCore/QLibraryInfo>
+#include <QtCore/QLocale>
 #include <QtCore/QSocketNotifier>
+#include <QtCore/QTranslator>
 #include <QtCore/QtGlobal>
 #include <QtWidgets/QApplication>
 #include <utility>
@@ -9,8 +12,10 @@
 #include "support/clipboard.h"
 #include "support/raise_exception.h"
 #include "support/run_loop.h"
+#include "support/string_tables.h"
 #include "widgets/alert_window.h"
 #include "widgets/nibs.h"
+#include "widgets/qt_text.h"
 #include "widgets/user_clipboard.h"
 
 namespace vornaset {
@@ -39,6 +44,10 @@ class WindowSystem::State {
           presenterBefore_(setAlertPresenter(std::make_shared<WindowPresenter>())),
           clipboardBefore_(setGeneralPasteboard(std::make_shared<UserClipboard>())) {
         QObject::connect(&loopIsDue_, &QSocketNotifier::activated, &loopIsDue_, [] { RunLoop::current().turn(0); });
+        const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+        if (texts_.load(QLocale(qtText(preferredLanguageCode())), "qtbase", "_", folder)) {
+            QCoreApplication::installTranslator(&texts_);
+        }
     }
     ~State() {
         setGeneralPasteboard(std::move(clipboardBefore_));
@@ -51,6 +60,7 @@ class WindowSystem::State {
   private:
     std::unique_ptr<QApplication> application_;  ///< null when it is somebody else's
     QSocketNotifier loopIsDue_;
+    QTranslator texts_;  ///< of the file panels and the other dialogs that the window system's library brings along
     std::shared_ptr<AlertPresenter> presenterBefore_;
     std::shared_ptr<Clipboard> clipboardBefore_;
 };

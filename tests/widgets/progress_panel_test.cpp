@@ -107,6 +107,13 @@ struct PaintedItems : QObject {
     int paints = 0;
 };
 
+TEST_F(ProgressPanels, ReturnDoesNotStopTheRun) {
+    int calls = 0;
+    const ModalAnswer typing([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Return); });
+    EXPECT_TRUE(runProgressWithArray(items(50), count, &calls));
+    EXPECT_EQ(calls, 50);
+}
+
 TEST_F(ProgressPanels, ThePanelIsDrawnBetweenTheItems) {
     const auto progress = ProgressPanel::make();
     ASSERT_NE(progress, nullptr);

@@ -1,6 +1,7 @@
 #include "widgets/window_system.h"
 
 #include <QtCore/QEventLoop>
+#include <QtCore/QLibraryInfo>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 
@@ -8,6 +9,7 @@
 #include "support/run_loop.h"
 #include "support/timed_work.h"
 #include "widgets/alert_window.h"
+#include "widgets/file_panels.h"
 #include "widgets/user_clipboard.h"
 #include "widgets/window_fixture.h"
 
@@ -29,6 +31,30 @@ TEST(WindowSystems, ASecondOneUsesTheApplicationAndPutsBackWhatWasInForce) {
     }
     EXPECT_EQ(&alertPresenter(), before);
     EXPECT_NE(qobject_cast<QApplication*>(QCoreApplication::instance()), nullptr);
+}
+
+class WindowSystemsOfALanguage : public WindowTest {
+  protected:
+    static QString fileLabel() { return QCoreApplication::translate("QFileDialog", "File &name:"); }
+};
+
+TEST_F(WindowSystemsOfALanguage, FilePanelsSpeakTheUsersLanguage) {
+    if (!std::filesystem::exists(
+            QLibraryInfo::path(QLibraryInfo::TranslationsPath).append("/qtbase_de.qm").toStdString())) {
+        GTEST_SKIP() << "the window system's translations aren't installed";
+    }
+    const QString before = fileLabel();
+    setEnvironment("LANG", "de_DE.UTF-8");
+    {
+        int count = 0;
+        const WindowSystem german(count, nullptr);
+        EXPECT_EQ(fileLabel(), "Datei&name:");
+        SavePanel panel;
+        panel.setDirectory(QString::fromStdString(scratch_.path()));
+        panel.show();
+        keepScreenshot(panel, "save-panel-german");
+    }
+    EXPECT_EQ(fileLabel(), before);
 }
 
 TEST(WindowSystems, TimersOfTheLibraryFireInTheEventLoop) {
