@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include "captured_log.h"
 
 #include "host/my_doc.h"
 #include "host_fixture.h"
@@ -101,6 +102,16 @@ TEST_F(DocFilesTest, OpeningThatGivesAnotherDocumentThanTheFrontOneCarriesOnWith
     MyDoc handle;
     EXPECT_EQ(handle.open(target), 0);
     EXPECT_EQ(handle.document(), front());
+}
+
+TEST_F(DocFilesTest, OpeningIsLoggedAndSoIsAnotherFrontDocument) {
+    host->openedDocument = pictureFrame();
+    CapturedLog log;
+    MyDoc handle;
+    handle.open(u"/jobs/a.idml");
+    host->missingCommands = {kOpenDocumentCmdBoss};
+    handle.open(u"/jobs/b.idml");
+    EXPECT_EQ(log.texts(), "MyDoc::open: /jobs/a.idml\n####\tMyDoc::open: docRef != docRef2\n");
 }
 
 TEST_F(DocFilesTest, FailedOpeningLeavesTheHandleAsItWas) {

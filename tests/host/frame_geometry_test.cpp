@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include "captured_log.h"
 
 #include "host/my_frame.h"
 #include "host_fixture.h"
@@ -179,6 +180,25 @@ TEST_F(FrameGeometryTest, HandleFitsItsContentProportionally) {
     EXPECT_EQ(MyFrame(ref(frame)).fitFrameToContent(), 3);
     EXPECT_THAT(host->calls,
                 ElementsAre("fit proportionally " + uidOf(picture), "fit frame to content " + uidOf(frame)));
+}
+
+TEST_F(FrameGeometryTest, FailedFitsOfTheHandleAndMovesToAPointAreLogged) {
+    const MyFrame frame(ref(frameAt(1, 2, 11, 22)));
+    host->serviceResult = 4;
+    CapturedLog log;
+    frame.fitFrameToContent();
+    frame.fitContentToFrame();
+    vornaset::fitFrameToContent(frame);
+    moveFrameTo(frame, 10.0, 20.25);
+    EXPECT_EQ(log.texts(),
+              "\t####\tfitFrameToContent: 4\n\t####\tfitContentToFrame: 4\n"
+              "moveFrame: [1.0 2.0] --> [10.0 20.2]\n");
+}
+
+TEST_F(FrameGeometryTest, FitsThatSucceedAreNotLogged) {
+    CapturedLog log;
+    MyFrame(ref(pictureFrame())).fitFrameToContent();
+    EXPECT_EQ(log.texts(), "");
 }
 
 TEST_F(FrameGeometryTest, HandleWithoutAChildFitsTheEmptyReference) {

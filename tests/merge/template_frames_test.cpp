@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include "captured_log.h"
 
 #include "merge_fixture.h"
 #include "recorded_host.h"
@@ -104,6 +105,15 @@ TEST_F(TemplateFramesTest, HostWithoutTheSpreadCommandOrOneOfItsDataGivesZero) {
 TEST_F(TemplateFramesTest, FailedSpreadCommandGivesZero) {
     host->commandResult = 17;
     EXPECT_EQ(createSpreads(documentRef(), PMRect(0, 0, 1, 1), UIDRef(), 1), 0);
+}
+
+TEST_F(TemplateFramesTest, FailedSpreadCommandIsLoggedAndAMissingOneIsNot) {
+    CapturedLog log;
+    host->commandResult = -17;
+    createSpreads(documentRef(), PMRect(0, 0, 1, 1), UIDRef(), 1);
+    host->missingCommands = {kNewSpreadCmdBoss};
+    createSpreads(documentRef(), PMRect(0, 0, 1, 1), UIDRef(), 1);
+    EXPECT_EQ(log.texts(), "\t####\tcreateSpreads: -17\n");
 }
 
 TEST_F(TemplateFramesTest, DeletingSpreadsRunsOneCommandOnTheList) {
