@@ -53,8 +53,9 @@ class KeptText : public TextField {
     String kept;
 };
 
+/// Open, since callbacks get it as their context.
 class Progress : public testing::Test {
-  protected:
+  public:
     void run(const Array& items, ProgressCallback callback) {
         runProgressWithArray(items, callback, &panel_, &field_, &bar_, this);
     }
