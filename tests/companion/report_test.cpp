@@ -45,7 +45,7 @@ TEST_F(Report, TellsCountsAndEveryProblem) {
     result.records = 3;
     result.pages = 6;
     result.pageSets = 3;
-    result.problems = {{"overset", 2, 1, "u7", "u1"}, {"missingImg", 4, 2, "u9", ""}};
+    result.problems = {{"overset", 2, 1, "u7", "u1", "", ""}, {"missingImg", 4, 2, "u9", "", "photo", "a.jpg"}};
     result.warnings = {"a \"warning\""};
     result.replacedFonts = {{"Foo", "Bar"}};
     EXPECT_EQ(reportText(options, result),
@@ -69,7 +69,9 @@ TEST_F(Report, TellsCountsAndEveryProblem) {
               "      \"page\": 4,\n"
               "      \"record\": 2,\n"
               "      \"frame\": \"u9\",\n"
-              "      \"story\": \"\"\n"
+              "      \"story\": \"\",\n"
+              "      \"column\": \"photo\",\n"
+              "      \"file\": \"a.jpg\"\n"
               "    }\n"
               "  ],\n"
               "  \"warnings\": [\n"
@@ -130,12 +132,15 @@ TEST(ProblemKeeper, NamesPageRecordFrameAndStoryAsInfoDoes) {
     place.story = UIDRef(nullptr, UID(8));
     keeper.problem(vornaset::ProblemKind::Overset, place);
     place.story = UIDRef();
+    place.column = u"photo";
+    place.path = u"a.jpg";
     keeper.problem(vornaset::ProblemKind::MissingImage, place);
     place.row = 5;
     keeper.problem(vornaset::ProblemKind::Overset, place);
     place.row = -1;
     keeper.problem(vornaset::ProblemKind::Overset, place);
-    EXPECT_EQ(problems, (std::vector<ProblemPage>{{"overset", 15, 5, "u7", "u8"}, {"missingImg", 15, 5, "u7", ""}}))
+    EXPECT_EQ(problems, (std::vector<ProblemPage>{{"overset", 15, 5, "u7", "u8", "", ""},
+                                                  {"missingImg", 15, 5, "u7", "", "photo", "a.jpg"}}))
         << "padding and rows before the first are no problems";
 }
 

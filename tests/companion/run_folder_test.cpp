@@ -1,0 +1,88 @@
+#include "companion/run_folder.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "companion/barcode_source.h"
+#include "companion/error.h"
+#include "support/paths.h"
+
+namespace companion {
+namespace {
+
+namespace fs = std::filesystem;
+
+class InATemporaryFolder : public ::testing::Test {
+  protected:
+    InATemporaryFolder() {
+        const char* set = std::getenv("TMPDIR");
+        former = set ? set : "";
+        base = fs::temp_directory_path() / ("run_folder_" + std::to_string(::getpid()));
+        fs::create_directories(base);
+        ::setenv("TMPDIR", base.c_str(), 1);
+    }
+    ~InATemporaryFolder() override {
+        former.empty() ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", former.c_str(), 1);
+        std::error_code ignored;
+        fs::remove_all(base, ignored);
+    }
+    std::string former;
+    fs::path base;
+};
+
+using RunFolders = InATemporaryFolder;
+
+TEST_F(RunFolders, TheRunSeesItsFolderAsTheTemporaryOneAndLeavesNothing) {
+    {
+        RunFolder folder;
+        EXPECT_EQ(vornaset::temporaryPath(nullptr, nullptr).utf8(), folder.path());
+        std::ofstream(folder.path() + "/x.pdf") << "x";
+        folder.clear();
+        EXPECT_TRUE(fs::is_empty(folder.path()));
+        std::ofstream(folder.path() + "/y.pdf") << "y";
+    }
+    EXPECT_TRUE(fs::is_empty(base));
+    EXPECT_EQ(vornaset::temporaryPath(nullptr, nullptr).utf8(), base.string());
+}
+
+TEST_F(RunFolders, ALiveRunKeepsItsFolderAndADeadOnesGoes) {
+    fs::create_directories(base / "vornaset-run-dead00");
+    std::ofstream(base / "vornaset-run-dead00" / "x.pdf") << "x";
+    std::ofstream(base / "vornaset-run-file") << "x";
+    RunFolder first;
+    EXPECT_FALSE(fs::exists(base / "vornaset-run-dead00"));
+    EXPECT_TRUE(fs::exists(base / "vornaset-run-file")) << "a file is none of ours";
+    RunFolder second;
+    EXPECT_TRUE(fs::exists(first.path()));
+    EXPECT_NE(first.path(), second.path());
+}
+
+TEST_F(RunFolders, AFolderThatCannotBeMadeIsToldInASentence) {
+    ::setenv("TMPDIR", (base / "none").c_str(), 1);
+    EXPECT_THROW(RunFolder(), Error);
+}
+
+TEST_F(RunFolders, TheWorkingFolderComesBack) {
+    const fs::path here = fs::current_path();
+    {
+        WorkingFolder there(base);
+        EXPECT_EQ(fs::current_path(), fs::canonical(base));
+    }
+    EXPECT_EQ(fs::current_path(), here);
+    EXPECT_THROW(WorkingFolder((base / "none").string()), Error);
+}
+
+TEST(BarcodeCodes, OnlyFileNamesAreDrawn) {
+    EXPECT_TRUE(isFileName("4006381333931"));
+    EXPECT_TRUE(isFileName("."));
+    for (const std::string& bad : {std::string(), std::string(".."), std::string("a/b"), std::string("../x"),
+                                   std::string("a\0b", 3), std::string(252, '1')})
+        EXPECT_FALSE(isFileName(bad)) << bad;
+}
+
+}  // namespace
+}  // namespace companion
