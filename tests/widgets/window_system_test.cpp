@@ -2,6 +2,7 @@
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QLibraryInfo>
+#include <QtCore/QProcess>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 
@@ -31,6 +32,31 @@ TEST(WindowSystems, ASecondOneUsesTheApplicationAndPutsBackWhatWasInForce) {
     }
     EXPECT_EQ(&alertPresenter(), before);
     EXPECT_NE(qobject_cast<QApplication*>(QCoreApplication::instance()), nullptr);
+}
+
+/// What the tests' own program prints when it is started like this.
+std::string printedBy(const char* argument, const char* platform) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) environment.remove(name);
+    if (platform != nullptr) environment.insert("QT_QPA_PLATFORM", platform);
+    QProcess program;
+    program.setProcessEnvironment(environment);
+    program.start(QCoreApplication::applicationFilePath(), {argument});
+    EXPECT_TRUE(program.waitForFinished(60000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    return program.readAllStandardOutput().toStdString();
+}
+
+TEST(WindowSystems, WithoutADisplayTheSetUpIsRefusedWithTheReason) {
+    EXPECT_EQ(printedBy("--without-windows", nullptr),
+              "not there\nVornaset: no windows can be opened: neither DISPLAY nor WAYLAND_DISPLAY nor QT_QPA_PLATFORM "
+              "names a window system\n");
+    EXPECT_EQ(printedBy("--without-windows", "offscreen"), "there\nset up\n");
+}
+
+TEST(WindowSystems, AnApplicationWithoutWindowsCannotGetThemLater) {
+    EXPECT_EQ(printedBy("--plain-application", "offscreen"),
+              "there\nVornaset: no windows can be opened: the process has set itself up without a window system\n");
 }
 
 class WindowSystemsOfALanguage : public WindowTest {
