@@ -42,7 +42,7 @@ WRAPPERS = {
     r'jpeglib\.h|jerror\.h': ['desk/pictures', 'pdf'],
     r'png\.h|tiffio\.h|lcms2\.h': ['desk/pictures'],
     r'zint\.h': ['tools/barcode'],
-    r'QtCore/.*|QtNetwork/.*': ['support', 'widgets', 'ui', 'tools/rasterise'],
+    r'QtCore/.*|QtNetwork/.*': ['widgets', 'ui', 'tools/rasterise'],
     r'QtGui/.*': ['widgets', 'ui', 'tools/rasterise'],
     r'QtPdf/.*': ['tools/rasterise'],
     r'QtWidgets/.*|QtUiTools/.*': ['widgets', 'ui'],
