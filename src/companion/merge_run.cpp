@@ -103,7 +103,7 @@ class PasteboardOfRun {
 };
 
 /// `temporary` is emptied after each page set: what was made for it is in the PDF then. Null for none.
-void exportSets(Workplace& place, const std::string& output, std::uint64_t pageSets, const RunFolder* temporary,
+void exportSets(Workplace& place, const std::string& output, std::uint64_t pageSets, RunFolder* temporary,
                 RunWatcher& watcher, RunResult& result) {
     desk::ExportRequest request;
     request.outputPath = output;
@@ -126,7 +126,7 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
 }
 
 void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan, const vornaset::Dictionary& job,
-                   const RunFolder& temporary, RunWatcher& watcher, RunResult& result) {
+                   RunFolder& temporary, RunWatcher& watcher, RunResult& result) {
     PasteboardOfRun pasteboard;
     ProblemKeeper keeper(place.facts(), plan.rows, result.problems);
     pasteboard.post(job);
@@ -167,7 +167,7 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
     vornaset::setupRules(ruleObjects(rules));
     result.records = plan.records;
     const BarcodeSource barcodes(options.barcodeTool);
-    const RunFolder temporary;
+    RunFolder temporary;
     const std::string output = std::filesystem::absolute(options.outputPath).string();
     {
         const WorkingFolder pictures(imagesFolder(options));

@@ -47,6 +47,13 @@ void removeLeftFolders(const fs::path& base) {
     }
 }
 
+/// Nanoseconds; -2 when the folder can't be looked at.
+std::int64_t lastChange(int descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) return -2;
+    return static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+}
+
 /// Some file systems take long to make a file where others were removed shortly before, as a merge of barcodes does.
 std::string baseFolder() {
     constexpr const char* inMemory = "/dev/shm";
@@ -88,12 +95,15 @@ RunFolder::~RunFolder() {
     ::close(descriptor_);
 }
 
-void RunFolder::clear() const {
+void RunFolder::clear() {
+    if (lastChange(descriptor_) == changed_) return;
     std::error_code problem;
     for (fs::directory_iterator entry(path_, problem), end; !problem && entry != end; entry.increment(problem)) {
         std::error_code ignored;
         if (entry->is_regular_file(ignored)) fs::remove(entry->path(), ignored);
     }
+    // Dates have the width of a clock's tick: a file that comes within it goes with the next change or at the end.
+    changed_ = lastChange(descriptor_);
 }
 
 WorkingFolder::WorkingFolder(const std::string& path) : former_(::open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {

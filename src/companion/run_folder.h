@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace companion {
@@ -18,12 +19,13 @@ class RunFolder {
 
     /// Without slash at the end.
     const std::string& path() const { return path_; }
-    /// Removes the files in the folder.
-    void clear() const;
+    /// Removes the files in the folder. Costs next to nothing when none came since the last time.
+    void clear();
 
   private:
     std::string path_;
-    int descriptor_ = -1;  ///< of the folder; it carries the lock that says that the run is alive
+    int descriptor_ = -1;        ///< of the folder; it carries the lock that says that the run is alive
+    std::int64_t changed_ = -1;  ///< when the folder last changed, as clear() left it, in nanoseconds
 };
 
 /// The process's working folder for the time of a scope. Relative paths of pictures begin there.

@@ -26,7 +26,8 @@ ParallelCompression::ParallelCompression(const ObjectList<MyPDFObj>& objects) {
         bytes += stream->data().length();
         jobs_.push_back({place, stream, stream->data(), Data(), State::waiting});
     }
-    const size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    // Asking reads a file of the system, which costs more than a barcode's compression.
+    static const size_t cores = std::max(1U, std::thread::hardware_concurrency());
     const size_t helpers = std::min({cores - 1, bytes / kWorthAThread, jobs_.size()});
     try {
         for (size_t number = 0; number < helpers; ++number) threads_.emplace_back([this] { work(); });

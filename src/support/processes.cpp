@@ -222,7 +222,7 @@ void processOperations(const std::vector<Operation>& operations) {
         if (!operation) throw InvalidArgumentException("an operation without work");
     }
     OperationQueue queue(operations);
-    const size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    static const size_t cores = std::max(1U, std::thread::hardware_concurrency());
     {
         std::vector<std::jthread> threads;
         for (size_t extra = 1; extra < std::min(cores, operations.size()); ++extra) {
