@@ -175,7 +175,7 @@ class Unarchiver {
 
     Read valueOf(const Value& entry, size_t place) {
         if (!entry.isDictionary()) return entry.isArray() || entry.isDate() ? Read() : entry;
-        const Dictionary fields = entry.dictionary();
+        const Dictionary& fields = entry.dictionary();
         const String name = fields.valueForKey(kClass).string();
         const Value text = fields.valueForKey(kText);
         if (name == "null") return Value();
@@ -259,7 +259,7 @@ bool isKeyedArchive(const Value& list) {
 
 Value unarchived(const Value& list) {
     if (!isKeyedArchive(list)) return list;
-    const Dictionary archive = list.dictionary();
+    const Dictionary& archive = list.dictionary();
     if (archive.valueForKey(kArchiver) != Value(kProduct) || archive.valueForKey(kVersion) != Value(kThisVersion)) {
         return {};
     }

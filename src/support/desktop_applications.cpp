@@ -139,7 +139,9 @@ std::vector<Choices> choicesByImportance() {
         names.emplace_back("mimeapps.list");
         for (const std::string& name : names) {
             const bool isLast = name == names.back();
-            result.push_back({DesktopEntryFile::atPath(folder + "/" + name).value_or(DesktopEntryFile()),
+            std::string path = folder;
+            path.append("/").append(name);
+            result.push_back({DesktopEntryFile::atPath(path).value_or(DesktopEntryFile()),
                               isLast ? applications : ""});
         }
     };

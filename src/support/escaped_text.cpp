@@ -1,5 +1,6 @@
 #include "support/escaped_text.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -90,7 +91,7 @@ void encodeURL(const char* text, char* target) {
 
 void decodeURL(const char* text, char* target) {
     const std::string bytes = decoded(text);
-    std::memcpy(target, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), target);  // no zero behind them: the caller gave room for the bytes alone
 }
 
 void decodeURL(char* text) {

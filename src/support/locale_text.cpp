@@ -52,7 +52,7 @@ const icu::Collator* collatorFor(const String& identifier) {
         lastIdentifier = identifier;
         made = true;
     }
-    return last.get();
+    return last.get();  // NOLINT(clang-analyzer-cplusplus.NewDelete): it lives as long as its thread
 }
 
 int compareUnits(std::u16string_view first, std::u16string_view second) {
