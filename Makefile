@@ -3,6 +3,7 @@
 BUILD := build
 JOBS := $(shell nproc)
 CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=Release
+SANITIZE_FLAGS := -DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG"
 
 .PHONY: help demo configure build test sanitize lint fuzz bench packages clean
 
@@ -31,10 +32,10 @@ test: configure
 
 ## make sanitize  every test under AddressSanitizer and UndefinedBehaviorSanitizer, those with threads under ThreadSanitizer
 sanitize: packages
-	@cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVORNASET_SANITIZE=ON -DVORNASET_BENCH=OFF >/dev/null
+	@cmake -S . -B build-sanitize -G Ninja $(SANITIZE_FLAGS) -DVORNASET_SANITIZE=ON -DVORNASET_BENCH=OFF >/dev/null
 	@cmake --build build-sanitize -j $(JOBS)
 	@cd build-sanitize && ctest --output-on-failure -j $(JOBS)
-	@cmake -S . -B build-threads -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVORNASET_SANITIZE_THREADS=ON -DVORNASET_BENCH=OFF >/dev/null
+	@cmake -S . -B build-threads -G Ninja $(SANITIZE_FLAGS) -DVORNASET_SANITIZE_THREADS=ON -DVORNASET_BENCH=OFF >/dev/null
 	@cmake --build build-threads -j $(JOBS) --target pdf_tests
 	@build-threads/tests/pdf_tests --gtest_brief=1
 
