@@ -58,19 +58,22 @@ class Warnings {
         for (const std::string& story : check.unnumberedStories)
             add("story " + story +
                 " has placeholders, but its first frame has no number: they are printed as they stand");
-        for (auto& [column, frame] : check.missingImageColumns) add(pictureClause(frame, column));
         for (auto& [style, record] : check.missingStyles)
             add("the template lacks the character style \"" + style + "\" of record " + std::to_string(record));
     }
 
   private:
-    static std::string pictureClause(const std::string& frame, const std::string& column) {
-        return "frame " + frame + " takes its picture from the column \"" + column + "\", which the data lack";
-    }
-
     RunWatcher& watcher_;
     RunResult& result_;
 };
+
+/// A slot whose cell isn't there has neither a picture nor a code, and the merge would end at its first record.
+void refuseMissingColumns(const TemplateCheck& check, const std::string& dataPath) {
+    if (check.missingImageColumns.empty()) return;
+    const auto& [column, frame] = check.missingImageColumns.front();
+    throw Error("frame " + frame + " takes its picture from the column \"" + column + "\", which \"" + dataPath +
+                "\" lacks; add the column, or name another one with \"vornaset number\".");
+}
 
 vornaset::Dictionary makeJob(std::shared_ptr<const DataTable> table, const MergePlan& plan, EmptyLines emptyLines,
                              const BarcodeSource& barcodes) {
@@ -160,7 +163,9 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
     MergePlan plan =
         planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
     for (const std::string& warning : plan.warnings) warnings.add(warning);
-    warnings.addAll(checkTemplate(place.facts(), *table, rules));
+    const TemplateCheck check = checkTemplate(place.facts(), *table, rules);
+    refuseMissingColumns(check, options.dataPath);
+    warnings.addAll(check);
     std::unique_ptr<WholeFile> report;
     if (!options.reportPath.empty()) report = std::make_unique<WholeFile>("the report", options.reportPath);
 

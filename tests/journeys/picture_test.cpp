@@ -104,6 +104,41 @@ TEST_F(Pictures, AToolThatIsNotThereIsToldBeforeTheRun) {
                   "the barcode program \"./none\" isn't there or can't be run; give its path with --barcode.", names());
 }
 
+TEST_F(Pictures, ASlotWhoseColumnTheDataLackIsToldBeforeTheRun) {
+    write("rows.csv", "first,last,company,zip,city\nA,B,C,1,D\n");
+    expectFailure(
+        "$VORNASET merge $SAMPLES/cards.idml rows.csv -o x.pdf --quiet", 1,
+        "frame u102 takes its picture from the column \"photo\", which \"rows.csv\" lacks; add the column, or "
+        "name another one with \"vornaset number\".",
+        names());
+}
+
+TEST_F(Pictures, ADiskThatFillsWhileABarcodeIsWrittenEmptiesThatSlotAndIsReported) {
+    output("mkdir disk");
+    if (run("mount -t tmpfs -o size=40k tmpfs disk").status != 0)
+        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    const Outcome outcome =
+        run("TMPDIR=$PWD/disk $VORNASET merge $SAMPLES/labels.idml $SAMPLES/people_100.csv -o x.pdf --report r.json");
+    const std::string left = output("ls -A disk");
+    run("umount disk");
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(left, "");
+    EXPECT_EQ(run("qpdf --check x.pdf").status, 0);
+    const std::string problem = output(
+        "python3 -c \"import json; p = json.load(open('r.json'))['problems'][0]; print(p['kind'], p['column'])\"");
+    EXPECT_EQ(problem, "missingImg code\n");
+}
+
+TEST_F(Pictures, ACellWithAZeroByteIsToldWithItsPlace) {
+    std::string rows = "first,last,company,zip,city,photo\nA,B,C,1,D,one.jpg\nA,B,C,1,D,one.jpg?x\n";
+    rows[rows.find('?')] = '\0';
+    write("rows.csv", rows);
+    expectFailure("$VORNASET merge $SAMPLES/cards.idml rows.csv -o x.pdf", 1,
+                  "the data file \"rows.csv\", record 2 (line 3), column 6: a zero byte: the file isn't text, or it is "
+                  "UTF-16 without a byte order mark (then say --encoding utf-16le or utf-16be).",
+                  names());
+}
+
 TEST_F(Pictures, CodesThatLeadOutOfTheRunsFolderReachNoTool) {
     write("tool", "#!/bin/sh\necho called >> \"" + path("calls").string() + "\"\necho '0 0 20 20 re f'\n");
     output(

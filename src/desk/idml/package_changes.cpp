@@ -352,18 +352,21 @@ void PackageChanges::addStory(const Story& story) {
 
 // --- Spreads and the map -------------------------------------------------------------------------------------------
 
+void PackageChanges::removePart(const Place& place) {
+    const auto line = partLines_.find(place.part->member);
+    if (package_.isSnippet()) {
+        map_->editor->remove(*place.element);
+    } else if (line != partLines_.end()) {
+        map_->editor->remove(*line->second);
+        removed_.insert(line->first);
+    }
+}
+
 void PackageChanges::changeSpreads() {
     for (Uid uid : before_.spreads) {
         if (contains(now_.spreads, uid)) continue;
         const auto place = spreads_.find(before_.spread(uid)->self);
-        if (place == spreads_.end()) continue;
-        const auto line = partLines_.find(place->second.part->member);
-        if (package_.isSnippet()) {
-            map_->editor->remove(*place->second.element);
-        } else if (line != partLines_.end()) {
-            map_->editor->remove(*line->second);
-            removed_.insert(line->first);
-        }
+        if (place != spreads_.end()) removePart(place->second);
     }
     for (Uid uid : now_.spreads)
         if (!contains(before_.spreads, uid)) addSpread(*now_.spread(uid));
@@ -435,14 +438,7 @@ void PackageChanges::changeMap() {
         const std::string& self = before_.story(uid)->self;
         list = withoutReference(list, self);
         const auto place = stories_.find(self);
-        if (place == stories_.end()) continue;
-        const auto line = partLines_.find(place->second.part->member);
-        if (package_.isSnippet()) {
-            map_->editor->remove(*place->second.element);
-        } else if (line != partLines_.end()) {
-            map_->editor->remove(*line->second);
-            removed_.insert(line->first);
-        }
+        if (place != stories_.end()) removePart(place->second);
     }
     for (Uid uid : now_.stories)
         if (!before_.story(uid) && !idOf(uid).empty()) list = withReference(list, idOf(uid));

@@ -56,6 +56,8 @@ class PackageChanges {
     void changeStories();
     void addStory(const Story& story);
     void changeSpreads();
+    /// Takes a spread or a story out: its element in a snippet, else the map's line for its part, which goes too.
+    void removePart(const Place& place);
     void addSpread(const Spread& spread);
     void changeSections();
     void changeMap();
