@@ -1,5 +1,5 @@
 #!/bin/sh
-# Hot paths by Google Benchmark, then whole jobs beside their base. Argument: the build folder.
+# Hot paths by Google Benchmark, then whole jobs and PDF operations beside their base. Argument: the build folder.
 set -eu
 build=$1
 for program in "$build"/bench/*; do
@@ -9,3 +9,4 @@ for program in "$build"/bench/*; do
     [ -x "$program" ] && [ -f "$program" ] && "$program"
 done
 python3 bench/jobs.py "$build"
+python3 bench/toolkit.py "$build"
