@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <thread>
 #include <vector>
 
@@ -10,14 +9,6 @@
 #include "tools/barcode/encoding.h"
 
 namespace {
-
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool isInstrumented = true;
-#elif defined(__has_feature)
-constexpr bool isInstrumented = __has_feature(address_sanitizer);
-#else
-constexpr bool isInstrumented = false;
-#endif
 
 using barcode::Outcome;
 using barcode::Status;
@@ -143,20 +134,6 @@ TEST(BarcodeTool, DoesNotDependOnTheThread) {
             });
     }
     for (const std::string& result : seen) EXPECT_EQ(result, alone);
-}
-
-TEST(BarcodeTool, MakesTensOfThousandsOfSymbolsASecond) {
-    if (isInstrumented) GTEST_SKIP() << "instrumented code tells nothing about speed";
-    // The time of this process alone: other programs on the machine don't count.
-    const std::clock_t start = std::clock();
-    constexpr int count = 20'000;
-    size_t bytes = 0;
-    for (int code = 0; code < count; ++code)
-        bytes += barcode::draw("ean13", std::to_string(400'000'000'000 + code * 7LL)).description.size();
-    const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    EXPECT_GT(bytes, size_t{count} * 500);
-    EXPECT_GT(count / seconds, 30'000);
-    RecordProperty("symbolsASecond", static_cast<int>(count / seconds));
 }
 
 TEST(Encoding, GivesTheTextUnderTheBars) {
