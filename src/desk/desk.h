@@ -104,8 +104,8 @@ class Template {
     /// What the last finished export drew plainer than the template asks: clauses without a full stop.
     const std::vector<std::string>& simplifications() const;
 
-    /// Writes the document as IDML; the file appears whole or not at all. What this system doesn't understand is kept. The
-    /// template stays the one that was opened. Throws InputError.
+    /// Writes the document as IDML; the file appears whole or not at all. What this system doesn't understand is kept.
+    /// The template stays the one that was opened. Throws InputError.
     void save(const std::string& path);
 
     /// Every page item with a frame of its own, in page order, groups entered.

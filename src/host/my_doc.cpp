@@ -32,7 +32,8 @@ MyDoc::MyDoc(const UIDRef& document)
       path_(pathForDoc(document.GetDataBase())) {}
 
 MyDoc::MyDoc(IDocument* document)
-    : document_(document ? document : vornaset::frontDoc()), database_(document_ ? ::GetDataBase(document_) : nullptr) {}
+    : document_(document ? document : vornaset::frontDoc()),
+      database_(document_ ? ::GetDataBase(document_) : nullptr) {}
 
 int32_t MyDoc::init() {
     *this = MyDoc();

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <thread>
 
-#include "pdf/limits.h"
 #include "pdf/graph_release.h"
+#include "pdf/limits.h"
 #include "pdf/pdf_doc.h"
 #include "pdf/pdf_keys.h"
 #include "pdf/pdf_writer.h"

@@ -141,8 +141,7 @@ std::vector<Choices> choicesByImportance() {
             const bool isLast = name == names.back();
             std::string path = folder;
             path.append("/").append(name);
-            result.push_back({DesktopEntryFile::atPath(path).value_or(DesktopEntryFile()),
-                              isLast ? applications : ""});
+            result.push_back({DesktopEntryFile::atPath(path).value_or(DesktopEntryFile()), isLast ? applications : ""});
         }
     };
     for (const std::string& folder : configurationFolders()) add(folder, "");
