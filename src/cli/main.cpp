@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <csignal>
 #include <exception>
 #include <string>
@@ -79,7 +81,17 @@ int execute(const AuthoringCommand& command) {
     return printOrFail(companion::runStripStatic(command.openTemplate, command.outputPath));
 }
 
+/// A document is read, decoded, compressed and written in turn, and each leaves memory behind that the next can't use
+/// in pieces: let it go back to the system, and keep one heap for all threads.
+void keepMemoryLow() {
+    constexpr int bytes = 64 * 1024;
+    mallopt(M_ARENA_MAX, 1);
+    mallopt(M_MMAP_THRESHOLD, bytes);
+    mallopt(M_TRIM_THRESHOLD, bytes);
+}
+
 int execute(const PdfCommand& command) {
+    keepMemoryLow();
     Console console(command.verbosity);
     companion::PdfResult result = companion::runPdf(command.options, console);
     console.runEnded();
