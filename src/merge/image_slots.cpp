@@ -27,10 +27,12 @@ const String kBarcodeKind(u"ean13");
 const String kPDF(u"pdf");
 
 enum class Pages { One, Unknown };
+enum class Presence { Seen, Unknown };
 
 /// A file to place.
 struct PictureFile {
     String path;
+    Presence presence = Presence::Unknown;  ///< Seen for a path at which something was found just now
     Pages pages = Pages::Unknown;  ///< One for a file that was written just now and so needn't be opened to be counted
 };
 
@@ -103,7 +105,7 @@ String cellOf(const Value& row, const MergePlace& place) {
 /// What the cell leads to, whether or not it is there.
 PictureFile fileOf(const String& cell, const String& barcodeProgram, const MergePlace& place) {
     const String path = pathWithHFS(cell);
-    if (pathIsFile(path)) return {path};
+    if (pathIsFile(path)) return {path, Presence::Seen};
     try {
         return barcodeFile(barcodeProgram, path, place.frame);
     } catch (const InvalidArgumentException& failure) {
@@ -116,7 +118,7 @@ void fillSlot(MergePlace& slot, const Value& row, const String& barcodeProgram) 
     const String cell = cellOf(row, slot);
     const PictureFile file = fileOf(cell, barcodeProgram, slot);
     slot.path = cell;
-    if (!pathIsFile(file.path)) {
+    if (file.presence == Presence::Unknown && !pathIsFile(file.path)) {
         reportProblem(ProblemKind::MissingImage, slot);
         return;
     }
