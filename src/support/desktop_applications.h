@@ -1,7 +1,7 @@
 #pragma once
 // The applications that the desktop knows, by the desktop's own files: desktop entries for the applications, the shared
 // MIME database for types, mimeapps.list for what opens what (freedesktop.org: Desktop Entry, Shared MIME-info and
-// MIME-apps specifications; XDG Base Directory for the places). Everything is looked up afresh at each call.
+// MIME applications; XDG Base Directory for the places). Everything is looked up afresh at each call.
 
 #include <optional>
 #include <string>

@@ -1,5 +1,5 @@
 #pragma once
-// Desktop entries and the other "key=value" files of the desktop (Desktop Entry Specification, clause 3).
+// Desktop entries and the other "key=value" files of the desktop (freedesktop.org, Desktop Entry 1.5, clause 3).
 
 #include <map>
 #include <optional>

@@ -7,7 +7,7 @@ namespace barcode {
 namespace {
 
 // EAN and UPC: ISO/IEC 15420 at a magnification of 1. ITF-14 (ISO/IEC 16390) and GS1-128: the module and the bars that
-// the GS1 General Specifications aim at for goods in general distribution. Code 128 (ISO/IEC 15417), QR (18004), Data
+// the GS1 standards aim at for goods in general distribution. Code 128 (ISO/IEC 15417), QR (18004), Data
 // Matrix (16022) and PDF417 (15438) leave the module to the user: here it is one that an office printer keeps.
 constexpr std::array<Measures, 9> table{{
     {Kind::Ean13, "ean13", "EAN-13", 0.33, 11, 7, 22.85, 0},
