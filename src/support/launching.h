@@ -29,8 +29,8 @@ struct Document {
     std::string url;   ///< empty: no document
 };
 
-/// The words of a desktop entry's "Exec" line (freedesktop.org, Desktop Entry 1.5, clause 7): quotes and field codes resolved.
-/// A document for which the line has no field code comes last. Empty for a line with an open quote.
+/// The words of a desktop entry's "Exec" line (freedesktop.org, Desktop Entry 1.5, clause 7): quotes and field codes
+/// resolved. A document for which the line has no field code comes last. Empty for a line with an open quote.
 std::vector<std::string> wordsOfExecLine(std::string_view line, const Document& document,
                                          const std::string& applicationName, const std::string& applicationFile);
 
