@@ -54,10 +54,17 @@ bool writeNewFile(const String& path, std::string_view bytes) {
 
 // A run makes a small file for each of its codes, nearly always of a new name. Such a file needs neither the removal of
 // an older one nor the change of names by which a document puts itself in the place of one, and those cost as much
-// again as the writing.
-void writeBarcode(const Handle<MyPDFDoc>& document, const String& path) {
+// again as the writing. A folder isn't removed for a file: the path of an empty code is the temporary folder itself.
+
+/// Puts the document under the name, in the place of an older file. False when that fails; what stands there then is
+/// not the document.
+bool writeBarcode(const Handle<MyPDFDoc>& document, const String& path) {
     const Data bytes = document->pdfData();
-    if (bytes.length() > 0 && !writeNewFile(path, bytes.view())) document->writeToFile(path);
+    if (bytes.length() == 0) return false;
+    if (writeNewFile(path, bytes.view())) return true;
+    if (pathIsFolder(path)) return false;
+    removeFile(path);
+    return writeNewFile(path, bytes.view());
 }
 
 PictureFile barcodeFile(const String& script, const String& code, const UIDRef& frame) {
@@ -66,9 +73,7 @@ PictureFile barcodeFile(const String& script, const String& code, const UIDRef& 
     const PageSize size{static_cast<float>(bounds.right - bounds.left), static_cast<float>(bounds.bottom - bounds.top)};
     const Handle<MyPDFDoc> document = pdfDocWithEANCode(script, kBarcodeKind, code, size);
     PictureFile file{stringByAppendingPathComponents(temporaryPath(nullptr, nullptr), code, kPDF)};
-    if (!document) return file;
-    writeBarcode(document, file.path);
-    file.pages = Pages::One;
+    if (document && writeBarcode(document, file.path)) file.pages = Pages::One;
     return file;
 }
 

@@ -24,7 +24,8 @@ void fillImageSlots(IDataBase* database, const Dictionary& job, int32_t pageNum)
 /// Has the program draw an EAN-13 barcode on a page of the frame's size (path bounds, each side cut to single
 /// precision) and writes it to the user's temporary folder, under the code as its name with the extension "pdf". Gives
 /// that path whether or not a file came of it: a code that can't be drawn leaves an older file of that name in its
-/// place. Gives the code itself when the program is null. Throws as pdfDocWithEANCode does.
+/// place. For an empty code that is the folder itself, in which nothing changes. Gives the code itself when the program
+/// is null. Throws as pdfDocWithEANCode does.
 String pdfPathWithEANCode(const String& script, const String& code, const UIDRef& frame);
 
 /// Imports the file into the frame and fits its width and height to the frame's. Of a PDF of several pages the page
