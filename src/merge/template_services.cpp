@@ -13,7 +13,8 @@ namespace vornaset {
 namespace {
 
 String folderOf(const String& path) {
-    const std::u16string_view text = path.view();
+    std::u16string_view text = path.view();
+    while (text.size() > 1 && text.ends_with(u'/')) text.remove_suffix(1);
     const size_t slash = text.find_last_of(u'/');
     if (slash == std::u16string_view::npos) return u"";
     return slash == 0 ? String(u"/") : String(text.substr(0, slash));
@@ -33,7 +34,7 @@ String tmpPathForDoc(const UIDRef& document) {
 }
 
 String outputPath(const String& path) {
-    return createDir(folderOf(path), u"Vornaset");
+    return path.isNull() ? String() : createDir(folderOf(path), u"Vornaset");
 }
 
 uint8_t setShowPreviewAfterPDFExport(uint8_t show) {

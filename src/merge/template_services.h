@@ -14,7 +14,8 @@ namespace vornaset {
 /// reference that names no document that folder.
 String tmpPathForDoc(const UIDRef& document);
 
-/// The folder "Vornaset" beside the file, which is made; its path.
+/// The folder "Vornaset" beside the file or folder at the path, which is made; its path. Null, and nothing made, for
+/// null.
 String outputPath(const String& path);
 
 /// Sets whether the host shows the file after a PDF export. The former setting, so that a caller can put it back; the

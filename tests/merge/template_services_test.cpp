@@ -51,6 +51,23 @@ TEST_F(TemplateServicesTest, OutputGoesToAFolderBesideTheFileWhichIsMade) {
     EXPECT_EQ(outputPath(String((folder / "other.idml").c_str())), made);
 }
 
+TEST_F(TemplateServicesTest, OutputOfAFolderGoesBesideTheFolder) {
+    fs::create_directory(folder / "job");
+    for (const char* spelling : {"job", "job/", "job//"}) {
+        EXPECT_EQ(outputPath(String((folder / spelling).c_str())).utf8(), (folder / "Vornaset").string()) << spelling;
+    }
+    EXPECT_TRUE(fs::is_empty(folder / "job"));
+}
+
+TEST_F(TemplateServicesTest, OutputOfNoPathIsNoFolder) {
+    const fs::path former = fs::current_path();
+    fs::current_path(folder);
+    const String made = outputPath(nullptr);
+    fs::current_path(former);
+    EXPECT_TRUE(made.isNull());
+    EXPECT_TRUE(fs::is_empty(folder));
+}
+
 TEST_F(TemplateServicesTest, ShowingAfterExportIsChangedAndTheFormerSettingComesBack) {
     EXPECT_EQ(setShowPreviewAfterPDFExport(0), 1);
     EXPECT_FALSE(host->workspace.showAfterExport);
