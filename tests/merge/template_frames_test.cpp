@@ -2,9 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include "captured_log.h"
-
 #include "merge_fixture.h"
 #include "recorded_host.h"
 #include "support/log.h"
@@ -14,6 +12,27 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 namespace {
+
+/// Writes down the targets of every command on its way to the host.
+class CommandTargets final : public IHost {
+  public:
+    CommandTargets() : real_(InstallHost(this)) {}
+    ~CommandTargets() override { InstallHost(real_); }
+
+    IExecutionContextSession* Session() override { return real_->Session(); }
+    IPMUnknown* QueryUtils(PMIID service) override { return real_->QueryUtils(service); }
+    IPMCommand* CreateCommand(ClassID commandClass) override { return real_->CreateCommand(commandClass); }
+    ErrorCode ProcessCommand(IPMCommand* command) override {
+        told.push_back(recorded::text(command->GetItemList()));
+        return real_->ProcessCommand(command);
+    }
+    bool IsValidDataBase(IDataBase* database) override { return real_->IsValidDataBase(database); }
+
+    std::vector<std::string> told;
+
+  private:
+    IHost* real_;
+};
 
 class TemplateFramesTest : public recorded::With<MergeTest> {
   protected:
@@ -53,6 +72,40 @@ TEST_F(TemplateFramesTest, OmrFrameStandsAtItsPlaceOnTheActiveLayerWithBothNumbe
     EXPECT_DOUBLE_EQ(box.bottom - box.top, 63.720001220703125);
 }
 
+TEST_F(TemplateFramesTest, OmrFrameIsPlacedFromTheLeftTopCornerOfAllPagesTogether) {
+    page->bounds = {0, 0, 200, 300};
+    page->transform = desk::Matrix::translation(0, -150);
+    desk::Page& left = document.addPage(*spread);
+    left.bounds = page->bounds;
+    left.transform = desk::Matrix::translation(-200, -160);
+    host->activeLayer = layer;
+    createOMRFrame();
+    ASSERT_EQ(document.spreadLayer(layerOfSpread())->items.size(), 1u);
+    const Uid frame = document.spreadLayer(layerOfSpread())->items.front();
+    const desk::Rect box = desk::boundsOf(document.item(frame)->path);
+    EXPECT_EQ(box.left, -200 + 8.503936767578125);
+    EXPECT_EQ(box.top, -160 + 25.511810302734375);
+    EXPECT_DOUBLE_EQ(box.right - box.left, 28.91338539123535);
+    EXPECT_DOUBLE_EQ(box.bottom - box.top, 63.720001220703125);
+    EXPECT_TRUE(host->calls[0].ends_with(" 0 1")) << host->calls[0];
+}
+
+TEST_F(TemplateFramesTest, OmrFrameIsRecordedWithItsNumberFirst) {
+    host->activeLayer = layer;
+    createOMRFrame();
+    const UIDRef frame = ref(document.spreadLayer(layerOfSpread())->items.front());
+    EXPECT_EQ(stringForKey(frame, kRecordKey, String()), u"<Vornaset><frameNum>1</frameNum><omr>1</omr></Vornaset>");
+}
+
+TEST_F(TemplateFramesTest, OmrFrameGoesToTheFirstSpreadWhereverTheOthersAre) {
+    desk::Spread& second = document.addSpread(false);
+    document.addPage(second);
+    host->activeLayer = layer;
+    createOMRFrame();
+    EXPECT_EQ(document.spreadLayer(document.spread(spread->uid)->layers.front())->items.size(), 1u);
+    EXPECT_TRUE(document.spreadLayer(second.layers.front())->items.empty());
+}
+
 TEST_F(TemplateFramesTest, OmrFrameWithoutAnOpenDocumentIsNothing) {
     border.close(document);
     createOMRFrame();
@@ -60,6 +113,20 @@ TEST_F(TemplateFramesTest, OmrFrameWithoutAnOpenDocumentIsNothing) {
 }
 
 TEST_F(TemplateFramesTest, OmrFrameWithoutAnActiveLayerIsNothing) {
+    createOMRFrame();
+    EXPECT_THAT(host->calls, IsEmpty());
+}
+
+TEST_F(TemplateFramesTest, OmrFrameWithoutTheLayerServiceIsNothing) {
+    host->activeLayer = layer;
+    host->missingServices = {IID_ILAYERUTILS};
+    createOMRFrame();
+    EXPECT_THAT(host->calls, IsEmpty());
+}
+
+TEST_F(TemplateFramesTest, OmrFrameOfADocumentWithoutSpreadsIsNothing) {
+    host->activeLayer = layer;
+    document.spreads.clear();
     createOMRFrame();
     EXPECT_THAT(host->calls, IsEmpty());
 }
@@ -149,6 +216,29 @@ TEST_F(TemplateFramesTest, StaticFramesOfAllSpreadsGoWithoutDisturbingTheWalk) {
     gone.push_back(item(ItemKind::Rectangle, second.uid));
     removeStaticFrames(documentRef());
     for (const Uid uid : gone) EXPECT_FALSE(document.item(uid));
+}
+
+TEST_F(TemplateFramesTest, StaticFramesGoOneAtATimeInTheOrderOfTheWalk) {
+    const Uid lower = pictureFrame(), upper = textFrame(u"a");
+    desk::Spread& second = document.addSpread(false);
+    document.addPage(second);
+    const Uid last = item(ItemKind::Rectangle, second.uid);
+    CommandTargets targets;
+    removeStaticFrames(documentRef());
+    EXPECT_THAT(targets.told,
+                ElementsAre(" " + std::to_string(upper), " " + std::to_string(lower), " " + std::to_string(last)))
+        << "each spread from the top of the stacking order down";
+}
+
+TEST_F(TemplateFramesTest, GroupsGoOrStayAsAWhole) {
+    const Uid numbered = imageSlot(1), plain = pictureFrame();
+    const Uid withoutNumber = groupOf({numbered}), withNumber = groupOf({plain});
+    setFrameNumberForFrame(ref(withNumber), 2);
+    removeStaticFrames(documentRef());
+    EXPECT_FALSE(document.item(withoutNumber));
+    EXPECT_FALSE(document.item(numbered));
+    EXPECT_TRUE(document.item(withNumber));
+    EXPECT_TRUE(document.item(plain));
 }
 
 TEST_F(TemplateFramesTest, StaticFramesAnchoredInTextAreNotSeen) {
