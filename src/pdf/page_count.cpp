@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <ctime>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,12 +14,21 @@ namespace vornaset {
 
 namespace {
 
-/// Tells one state of a file from every other.
+/// Tells one state of a file from every other, once it is firm.
 using FileState = std::tuple<dev_t, ino_t, off_t, int64_t, int64_t>;
 
+int64_t nanoseconds(const timespec& time) {
+    return int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
 FileState stateOf(const struct stat& file) {
-    return {file.st_dev, file.st_ino, file.st_size, int64_t{file.st_mtim.tv_sec} * 1'000'000'000 + file.st_mtim.tv_nsec,
-            int64_t{file.st_ctim.tv_sec} * 1'000'000'000 + file.st_ctim.tv_nsec};
+    return {file.st_dev, file.st_ino, file.st_size, nanoseconds(file.st_mtim), nanoseconds(file.st_ctim)};
+}
+
+/// False when the file changed so shortly before a moment that a further change might bear the same times.
+bool isFirm(const struct stat& file, const timespec& moment) {
+    constexpr int64_t longestTick = 20'000'000;  // file systems take their times from a clock of 4 to 10 ms
+    return nanoseconds(moment) - nanoseconds(file.st_ctim) > longestTick;
 }
 
 int64_t counted(const String& path) {
@@ -33,6 +43,8 @@ int64_t pageCountOfPDFFile(const String& path) {
     static std::mutex guard;
     static std::map<FileState, int64_t> remembered;
 
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
     struct stat file {};
     if (path.isNull() || ::stat(path.utf8().c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return 0;
     const FileState state = stateOf(file);
@@ -44,6 +56,7 @@ int64_t pageCountOfPDFFile(const String& path) {
     } catch (const std::exception&) {  // a tree beyond the reader's limits is one that can't be read
         count = 0;
     }
+    if (!isFirm(file, now)) return count;
     if (remembered.size() >= mostRemembered) remembered.clear();
     remembered.emplace(state, count);
     return count;

@@ -207,6 +207,20 @@ TEST_F(BarcodePage, FileThatChangedIsCountedAgain) {
     EXPECT_EQ(pageCountOfPDFFile(path("some.pdf")), 3);
 }
 
+TEST_F(BarcodePage, FileThatIsRewrittenInTheSameInstantWithTheSameSizeIsCountedAgain) {
+    const String some = path("some.pdf");
+    std::string bytes[2];
+    for (const int pages : {1, 2}) {
+        std::string& made = bytes[pages - 1];
+        made = documentOfPages(pages)->pdfData().view();
+        made.resize(2048, '\n');
+    }
+    for (int round = 0; round < 50; ++round) {
+        std::ofstream(some.utf8(), std::ios::binary) << bytes[round % 2];
+        ASSERT_EQ(pageCountOfPDFFile(some), round % 2 + 1) << round;
+    }
+}
+
 TEST_F(BarcodePage, WhatIsNoPdfHasNoPages) {
     std::ofstream(folder / "text.pdf") << "no PDF";
     EXPECT_EQ(pageCountOfPDFFile(path("text.pdf")), 0);
