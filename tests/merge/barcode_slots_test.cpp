@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "host/frame_geometry.h"
 #include "image_slots_fixture.h"
 
 using namespace vornaset;
@@ -28,9 +29,12 @@ TEST_F(BarcodeSlotsTest, CodeBecomesABarcodeFileOfTheFramesSize) {
     EXPECT_EQ(feedback(), "");
 }
 
-TEST_F(BarcodeSlotsTest, BarcodeSizeIsThatOfTheFramesPathWhereverItStands) {
+TEST_F(BarcodeSlotsTest, BarcodeSizeIsThatOfTheFramesPathWhereverItStandsAndWhateverItsStroke) {
     const Uid frame = slot(1);
     document.item(frame)->path = desk::rectanglePath({10, 20, 43.5, 32.25});
+    document.item(frame)->attributes.strokeWeight = 4;
+    document.item(frame)->attributes.strokeColor = "Color/Black";
+    ASSERT_NE(strokeBoundsForFrame(ref(frame), uint8_t{0}), boundsForFrame(ref(frame), uint8_t{0}));
     const String made = pdfPathWithEANCode(tool, u"4006381333931", ref(frame));
     const Rect box = MyPDFDoc::pdfDocWithPath(made)->pages().first()->mediaBox();
     EXPECT_EQ(box, (Rect{0, 0, 33.5, 12.25}));
