@@ -75,22 +75,49 @@ Extent extentOf(const Piece& piece, const SpacingLimits& spacing) {
     }
 }
 
-void CandidateFinder::find(const ParagraphPieces& paragraph, double narrowest, BreakCandidates& result) {
+void CandidateFinder::start(const ParagraphPieces& paragraph, BreakCandidates& result) {
     paragraph_ = &paragraph;
     result_ = &result;
-    const std::vector<Piece>& pieces = paragraph.pieces;
-    const uint32_t count = static_cast<uint32_t>(pieces.size());
+    const uint32_t count = static_cast<uint32_t>(paragraph.pieces.size());
     result.pieceStarts.resize(count + 1);
     Extent sum;
     for (uint32_t i = 0; i < count; ++i) {
         result.pieceStarts[i] = sum;
-        sum = sum + extentOf(pieces[i], paragraph.spacing);
+        sum = sum + extentOf(paragraph.pieces[i], paragraph.spacing);
     }
     result.pieceStarts[count] = sum;
     result.places.clear();
     result.places.push_back({});
     result.places.back().kind = BreakKind::Start;
     visibleEnd_ = 0;
+}
+
+void CandidateFinder::finish() {
+    const uint32_t count = static_cast<uint32_t>(paragraph_->pieces.size());
+    BreakCandidate& last = result_->places.emplace_back();
+    last.kind = BreakKind::End;
+    last.end = result_->pieceStarts[visibleEnd_];
+    last.start = result_->pieceStarts[count];
+    last.endPiece = visibleEnd_;
+    last.startPiece = count;
+}
+
+bool CandidateFinder::findOneLine(const ParagraphPieces& paragraph, double measure, BreakCandidates& result) {
+    if (paragraph.hasTabs) return false;
+    start(paragraph, result);
+    for (uint32_t i = 0; i < paragraph.pieces.size(); ++i) {
+        if (paragraph.pieces[i].kind == PieceKind::LineBreak) return false;
+        if (paragraph.pieces[i].kind != PieceKind::Space) visibleEnd_ = i + 1;
+    }
+    if (result.pieceStarts[visibleEnd_].natural > measure) return false;
+    finish();
+    return true;
+}
+
+void CandidateFinder::find(const ParagraphPieces& paragraph, double narrowest, BreakCandidates& result) {
+    start(paragraph, result);
+    const std::vector<Piece>& pieces = paragraph.pieces;
+    const uint32_t count = static_cast<uint32_t>(pieces.size());
     for (uint32_t i = 0; i < count;) {
         uint32_t end = i + 1;
         const PieceKind kind = pieces[i].kind;
@@ -111,13 +138,7 @@ void CandidateFinder::find(const ParagraphPieces& paragraph, double narrowest, B
         }
         i = end;
     }
-    BreakCandidate last;
-    last.kind = BreakKind::End;
-    last.end = result.pieceStarts[visibleEnd_];
-    last.start = result.pieceStarts[count];
-    last.endPiece = visibleEnd_;
-    last.startPiece = count;
-    result.places.push_back(last);
+    finish();
     divideWideStretches(narrowest);
 }
 

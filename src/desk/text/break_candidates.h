@@ -25,7 +25,13 @@ class CandidateFinder {
     /// `narrowest`: the smallest measure of any line. What is wider gets emergency places between its clusters.
     void find(const ParagraphPieces& paragraph, double narrowest, BreakCandidates& result);
 
+    /// Start and end alone, for a paragraph that needs no more than one line of this measure at its desired spacing.
+    /// False, and nothing in `result` that counts, when it may need more. No word is asked where it divides.
+    bool findOneLine(const ParagraphPieces& paragraph, double measure, BreakCandidates& result);
+
   private:
+    void start(const ParagraphPieces& paragraph, BreakCandidates& result);
+    void finish();
     void chunk(uint32_t first, uint32_t end);
     void wordBreaks(uint32_t index, bool isLastWord);
     void chunkBreaks(uint32_t first, uint32_t end, bool isLastWord);

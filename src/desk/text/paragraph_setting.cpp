@@ -60,13 +60,28 @@ void ParagraphSetter::chooseEnds(const ParagraphSource& source) {
         breaker_.breakTotalFit(candidates_.places, measures, rules, tabs, ends_);
 }
 
-std::shared_ptr<const LayoutParagraph> ParagraphSetter::set(const ParagraphSource& source) {
-    cutter_.cut(source, pieces_);
-    findRooms(source, -1);
+/// A last line costs nothing for being short, and every further line costs: what fits one line is never divided. So
+/// nobody asks where, and a text of such lines needs no hyphenation dictionary.
+bool ParagraphSetter::staysOnOneLine(const ParagraphSource& source) {
+    const ResolvedAttributes& a = *pieces_.paragraph;
+    const LineAlignment alignment = alignmentOf(a.justification, source.onRightPage);
+    if (alignment.justified && alignment.lastLineJustified) return false;
+    if (!finder_.findOneLine(pieces_, measures_.front() - a.lastLineIndent, candidates_)) return false;
+    ends_.assign(1, 1);
+    return true;
+}
+
+void ParagraphSetter::findEnds(const ParagraphSource& source) {
     finder_.find(pieces_, *std::min_element(measures_.begin(), measures_.end()), candidates_);
     tabs_.set(pieces_, candidates_, rooms_);
     if (const double indent = indentToHere(); indent >= 0) findRooms(source, indent);
     chooseEnds(source);
+}
+
+std::shared_ptr<const LayoutParagraph> ParagraphSetter::set(const ParagraphSource& source) {
+    cutter_.cut(source, pieces_);
+    findRooms(source, -1);
+    if (!staysOnOneLine(source)) findEnds(source);
 
     auto result = std::make_shared<LayoutParagraph>();
     result->serial = nextSerial();

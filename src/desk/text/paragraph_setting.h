@@ -18,6 +18,8 @@ class ParagraphSetter {
   private:
     void findRooms(const ParagraphSource& source, double hangingIndent);
     double indentToHere();
+    bool staysOnOneLine(const ParagraphSource& source);
+    void findEnds(const ParagraphSource& source);
     void chooseEnds(const ParagraphSource& source);
 
     const Document& document_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <random>
@@ -154,6 +155,33 @@ std::vector<uint32_t> breakAll(const Paragraph& paragraph, double measure, const
     std::vector<uint32_t> ends;
     LineBreaker().breakTotalFit(paragraph.places, {&measure, 1}, rules, nullptr, ends);
     return ends;
+}
+
+// The setter counts on this: it doesn't ask for the places inside what fits one line.
+TEST(LineBreaking, WhatFitsOneLineIsNeverDivided) {
+    std::mt19937 random(17);
+    int fitting = 0;
+    for (int round = 0; round < 600; ++round) {
+        const Paragraph paragraph = randomParagraph(random);
+        const auto isForced = [](const BreakCandidate& place) { return place.kind == BreakKind::Forced; };
+        if (std::any_of(paragraph.places.begin(), paragraph.places.end(), isForced)) continue;
+        ++fitting;
+        BreakingRules rules;
+        rules.filling = round % 2 ? LineFilling::Ragged : LineFilling::Justified;
+        rules.lastLineIndent = round % 3 ? 0 : 12;
+        rules.ladderLimit = round % 4;
+        rules.hyphenWeight = round % 11;
+        const double whole = paragraph.places.back().end.natural;
+        const double room = std::uniform_real_distribution<double>(0, 30)(random);
+        const double measures[] = {whole + rules.lastLineIndent + (round % 5 ? room : 0), 10};
+        const auto end = static_cast<uint32_t>(paragraph.places.size() - 1);
+        std::vector<uint32_t> ends;
+        LineBreaker().breakTotalFit(paragraph.places, {measures, 2}, rules, nullptr, ends);
+        EXPECT_EQ(ends, std::vector<uint32_t>{end}) << "round " << round;
+        LineBreaker().breakLineByLine(paragraph.places, {measures, 2}, rules, nullptr, ends);
+        EXPECT_EQ(ends, std::vector<uint32_t>{end}) << "round " << round << ", line by line";
+    }
+    EXPECT_GT(fitting, 200);
 }
 
 TEST(LineBreaking, NothingIsOneEmptyLine) {

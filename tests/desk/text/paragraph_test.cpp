@@ -38,6 +38,28 @@ TEST(Paragraph, EveryCharacterOfTheTextIsShownOnce) {
     EXPECT_EQ(all, kLorem);
 }
 
+TEST(Paragraph, ALineIsFullExactlyAtItsMeasure) {
+    const std::u16string text = u"Donaudampfschifffahrt ahoi ";
+    const double whole = widthOf(u"Donaudampfschifffahrt ahoi");
+    for (const Justification justification : {Justification::Left, Justification::Right, Justification::Center,
+                                              Justification::LeftJustified, Justification::FullyJustified}) {
+        TextAttributes a = with(justification);
+        a.hyphenation = true;
+        a.minimumWordSpacing = 100;
+        TextDocument wide, narrow;
+        EXPECT_EQ(set(wide, text, a, whole + 0.01).size(), 1u) << static_cast<int>(justification);
+        EXPECT_GT(set(narrow, text, a, whole - 0.01).size(), 1u) << static_cast<int>(justification);
+    }
+}
+
+TEST(Paragraph, TheLastLineIndentTakesRoomOfAnOnlyLineToo) {
+    TextAttributes a;
+    a.lastLineIndent = 20;
+    TextDocument wide, narrow;
+    EXPECT_EQ(set(wide, u"one two", a, widthOf(u"one two") + 20.01).size(), 1u);
+    EXPECT_EQ(set(narrow, u"one two", a, widthOf(u"one two") + 19.9).size(), 2u);
+}
+
 TEST(Paragraph, LineRangesCoverTheParagraphWithoutGaps) {
     TextDocument d;
     int32_t next = 0;
