@@ -78,19 +78,27 @@ std::u16string_view takeUntil(std::u16string_view& rest, char16_t stop) {
     return taken;
 }
 
+uint64_t beginningWith(char16_t first, char16_t second, char16_t third) {
+    return uint64_t{first} << 32 | uint64_t{second} << 16 | third;
+}
+
+/// The first three letters of a pattern; 0 for one that has less.
+uint64_t beginningOf(std::u16string_view pattern) {
+    uint64_t letters = 0;
+    int count = 0;
+    for (const char16_t c : pattern) {
+        if (isDigit(c)) continue;
+        if (isBlank(c) || c == u'/') break;
+        letters = letters << 16 | c;
+        if (++count == 3) return letters;
+    }
+    return 0;
+}
+
 }  // namespace
 
 PatternTable::PatternTable() : firstValue_(1, 0), values_(1, 0) {
     grow(4);
-}
-
-void PatternTable::reserve(size_t units) {
-    // A quarter of the units are letters that no earlier pattern has in this place; the rest are shared letters and
-    // digits.
-    const unsigned bits = static_cast<unsigned>(std::bit_width(units / 4));
-    if (size_t{1} << bits > slots_.size()) grow(bits);
-    firstValue_.reserve(units / 3);
-    values_.reserve(units);
 }
 
 /// Nodes made one after the other have their slots side by side, a row for each letter: reading stays in the cache.
@@ -143,6 +151,44 @@ uint32_t PatternTable::nodeMade() {
 }
 
 void PatternTable::add(std::u16string_view pattern) {
+    const uint64_t beginning = beginningOf(pattern);
+    // Few are so short, and they fit in too many words to wait.
+    if (!beginning) return parse(pattern);
+    if (beginning != lastBeginning_) {
+        lastBeginning_ = beginning;
+        lastWaiting_ = &waiting_[beginning];
+        // score() asks even for beginnings of patterns.
+        childMade(childMade(0, static_cast<char16_t>(beginning >> 32)), static_cast<char16_t>(beginning >> 16));
+    }
+    const size_t start = lines_.size();
+    lines_ += pattern;
+    lines_ += u'\n';
+    if (!lastWaiting_->empty() && lastWaiting_->back().end == start) {
+        lastWaiting_->back().end = lines_.size();
+    } else {
+        lastWaiting_->push_back({start, lines_.size()});
+    }
+}
+
+void PatternTable::parseWaiting(uint64_t beginning) {
+    const auto waiting = waiting_.find(beginning);
+    if (waiting == waiting_.end()) return;
+    for (const Waiting& range : waiting->second)
+        for (std::u16string_view rest = std::u16string_view(lines_).substr(range.start, range.end - range.start);
+             !rest.empty();)
+            parse(takeUntil(rest, u'\n'));
+    waiting_.erase(waiting);
+    lastBeginning_ = 0;
+}
+
+/// A node of three letters says that the patterns that begin with them aren't waiting any more.
+void PatternTable::makeSure(char16_t first, char16_t second, char16_t third) {
+    const uint32_t one = child(0, first);
+    const uint32_t two = one ? child(one, second) : 0;
+    if (two && !child(two, third)) parseWaiting(beginningWith(first, second, third));
+}
+
+void PatternTable::parse(std::u16string_view pattern) {
     const size_t slash = pattern.find(u'/');
     letters_.clear();
     digits_.assign(1, 0);
@@ -185,17 +231,19 @@ uint32_t PatternTable::addChange(std::u16string_view text) {
     return static_cast<uint32_t>(changes_.size());
 }
 
-void PatternTable::score(std::u16string_view word, HyphenScore* scores) const {
+void PatternTable::score(std::u16string_view word, HyphenScore* scores) {
     if (word.empty()) return;
     // The dots that stand for the borders are letters like others: position 0 and the one behind the word.
     const size_t last = word.size() + 1;
     // Dictionaries are made so that a pattern already holds the values of the patterns at its end. So where several
     // end, the longest alone counts; and where the beginning of a longer pattern ends, none of the shorter ones counts.
     size_t taken = 0;
+    const auto letterAt = [&](size_t at) { return at == 0 || at == last ? u'.' : word[at - 1]; };
     for (size_t start = 0; start <= last; ++start) {
+        if (start + 2 <= last && !waiting_.empty()) makeSure(letterAt(start), letterAt(start + 1), letterAt(start + 2));
         uint32_t node = 0;
         for (size_t at = start; at <= last; ++at) {
-            node = child(node, at == 0 || at == last ? u'.' : word[at - 1]);
+            node = child(node, letterAt(at));
             if (!node) break;
             if (at < taken) continue;
             taken = at + 1;
@@ -226,7 +274,7 @@ void PatternTable::raise(size_t at, size_t end, size_t places, HyphenScore* scor
 
 size_t PatternTable::size() const {
     return slots_.capacity() * sizeof(slots_[0]) + firstValue_.capacity() * sizeof(firstValue_[0]) +
-           values_.capacity() + changes_.capacity() * sizeof(Change);
+           values_.capacity() + changes_.capacity() * sizeof(Change) + lines_.capacity() * sizeof(char16_t);
 }
 
 std::unique_ptr<HyphenationPatterns> HyphenationPatterns::load(const std::string& path) {

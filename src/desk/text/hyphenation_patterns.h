@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace desk {
@@ -18,20 +19,22 @@ struct HyphenScore {
     uint32_t change = 0;          ///< 0 for none, else PatternTable::change()
 };
 
-/// The patterns of one level, as a trie in one hash table.
+/// The patterns of one level, as a trie in one hash table. A pattern goes into the trie when a word is met that it
+/// could fit: a dictionary has a hundred thousand of them, and a short job asks for a few words.
 class PatternTable {
   public:
     PatternTable();
-    /// Room for the patterns of a text of so many UTF-16 units, so that reading doesn't grow the table step by step.
-    void reserve(size_t units);
+    /// Room for the patterns of a text of so many UTF-16 units.
+    void reserve(size_t units) { lines_.reserve(units); }
 
     /// A pattern: letters with digits between them, a dot for a border of the word, and perhaps
     /// "/change,start,length" for a hyphen that changes the spelling. One of the same letters replaces an earlier one.
+    /// Call before the first score().
     void add(std::u16string_view pattern);
 
     /// Raises the scores of a word; scores[i] is the place after word[i]. The place after the last unit is never
     /// scored.
-    void score(std::u16string_view word, HyphenScore* scores) const;
+    void score(std::u16string_view word, HyphenScore* scores);
 
     /// What stands before the hyphen of a change of spelling: "ff" for "ff=f".
     const std::u16string& change(uint32_t number) const { return changes_[number - 1].beforeHyphen; }
@@ -45,6 +48,14 @@ class PatternTable {
         size_t start = 0, end = 0;  ///< a hyphen with so many of them before it, or between, changes the spelling
     };
 
+    /// Lines that stand behind each other and begin with the same three letters: a range of lines_.
+    struct Waiting {
+        size_t start = 0, end = 0;
+    };
+
+    void parse(std::u16string_view pattern);
+    void parseWaiting(uint64_t beginning);
+    void makeSure(char16_t first, char16_t second, char16_t third);
     size_t slotOf(uint64_t key) const;
     uint32_t child(uint32_t node, char16_t unit) const;
     uint32_t childMade(uint32_t node, char16_t unit);
@@ -57,7 +68,11 @@ class PatternTable {
     std::vector<uint32_t> firstValue_;  ///< by node: where its pattern stands in values_, 0 for none
     std::vector<uint8_t> values_;       ///< a pattern: count, number of change (3 bytes), values up to its last letter
     std::vector<Change> changes_;
-    std::u16string letters_;  ///< scratch of add(), as what follows
+    std::u16string lines_;  ///< patterns as they were added, each with a line feed
+    std::unordered_map<uint64_t, std::vector<Waiting>> waiting_;  ///< by their first three letters
+    uint64_t lastBeginning_ = 0;
+    std::vector<Waiting>* lastWaiting_ = nullptr;  ///< where the last added pattern waits
+    std::u16string letters_;                       ///< scratch of parse(), as what follows
     std::vector<uint8_t> digits_;
     std::u16string wayLetters_;
     std::vector<uint32_t> wayNodes_ = {0};

@@ -409,7 +409,7 @@ double expectLikeTheLibrary(const std::string& name, const std::set<std::u16stri
         "%.2f us a word\n",
         name.c_str(), result.words, result.points, result.differences, ours, theirs, patterns->size() / 1024,
         looking * 1000 / double(words.size()));
-    EXPECT_LT(patterns->size(), size_t{8} << 20);
+    EXPECT_LT(patterns->size(), size_t{10} << 20);
     return theirs / ours;
 }
 
