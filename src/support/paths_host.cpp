@@ -1,11 +1,28 @@
 #include "support/paths_host.h"
 
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+
 #include "support/desktop_entry.h"
 #include "support/locale_text.h"
 #include "support/platform_path.h"
 #include "support/string_tables.h"
 
 namespace vornaset {
+
+namespace {
+
+/// Empty where the working folder is gone.
+std::string absolutePath(const std::string& path) {
+    if (path.starts_with('/')) return path;
+    std::array<char, PATH_MAX> folder;
+    if (!::getcwd(folder.data(), folder.size())) return {};
+    return std::string(folder.data()) + '/' + path;
+}
+
+}  // namespace
 
 String stringWithPMString(const PMString& text) {
     return canonicallyComposed(String(text.View()));
@@ -30,7 +47,7 @@ PMString pmStringWithUTF8String(const char* utf8) {
 }
 
 WideString wideString(const String& text) {
-    return pmString(text).ToWideString();
+    return WideString(std::u16string(text.view()));
 }
 
 String pathWithPMString(const PMString& text) {
@@ -47,11 +64,9 @@ String pathWithIDFile(const IDFile& file) {
 
 IDFile IDFileWithPath(const String& path) {
     IDFile file;
-    const std::filesystem::path place = platformPath(path);
-    if (place.empty()) return file;
-    std::error_code error;
-    const std::string url = fileURLOfPath(std::filesystem::absolute(place, error).native());
-    if (!error) FileUtils::FileURLToSysFile(WideString(url.c_str()), &file);
+    if (path.isEmpty() || path.find(u'\0') != String::npos) return file;
+    const std::string absolute = absolutePath(path.utf8());
+    if (!absolute.empty()) FileUtils::FileURLToSysFile(WideString(fileURLOfPath(absolute).c_str()), &file);
     return file;
 }
 

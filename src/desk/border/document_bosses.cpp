@@ -126,12 +126,21 @@ class StyleNameTable final : public IStyleNameTable {
     void Release() override { workspace_.Release(); }
 
     UID FindByName(const PMString& name) override {
-        if (!database_.document()) return kInvalidUID;
-        const Style* style = database_.document()->styleNamed(kind_, utf8Of(name.View()));
-        return style ? UID(style->uid) : kInvalidUID;
+        const Document* document = database_.document();
+        if (!document) return kInvalidUID;
+        if (asked_ == name && askedAt_ == document->styleRevision() && !name.IsEmpty()) return found_;
+        const Style* style = document->styleNamed(kind_, utf8Of(name.View()));
+        found_ = style ? UID(style->uid) : kInvalidUID;
+        asked_ = name;
+        askedAt_ = document->styleRevision();
+        return found_;
     }
 
   private:
+    // A merge asks for the same name with every value that it inserts.
+    PMString asked_;
+    UID found_;
+    uint64_t askedAt_ = 0;
     IPMUnknown& workspace_;
     DocumentBorder& database_;
     StyleKind kind_;

@@ -1,13 +1,18 @@
 #include "desk/border/utf8.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace desk {
 
 std::string utf8Of(std::u16string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
+    const size_t plain = static_cast<size_t>(
+        std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit >= 0x80; }) - text.begin());
+    std::string result(plain, '\0');
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain), result.begin(),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    for (size_t i = plain; i < text.size(); ++i) {
         uint32_t code = text[i];
         if (code >= 0xD800 && code < 0xE000) {
             const bool paired = code < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;

@@ -30,7 +30,9 @@ void includeCubic(double p0, double p1, double p2, double p3, double& low, doubl
     include((-b - root) / (2 * a));
 }
 
+/// A straight segment lies between its ends, which the box has already.
 void includeSegment(const PathPoint& from, const PathPoint& to, Rect& box) {
+    if (from.outgoing == from.anchor && to.incoming == to.anchor) return;
     includeCubic(from.anchor.x, from.outgoing.x, to.incoming.x, to.anchor.x, box.left, box.right);
     includeCubic(from.anchor.y, from.outgoing.y, to.incoming.y, to.anchor.y, box.top, box.bottom);
 }
@@ -55,11 +57,12 @@ Rect boundsOf(const Path& path) {
 }
 
 Path rectanglePath(const Rect& rect) {
-    Contour contour;
+    Path path(1);
+    path.front().points.reserve(4);
     for (const Point& p : {Point{rect.left, rect.top}, Point{rect.left, rect.bottom}, Point{rect.right, rect.bottom},
                            Point{rect.right, rect.top}})
-        contour.points.push_back({p, p, p});
-    return {contour};
+        path.front().points.push_back({p, p, p});
+    return path;
 }
 
 bool isUprightRectangle(const Path& path) {

@@ -49,7 +49,13 @@ void appendUtf8(std::string& bytes, uint32_t codePoint) {
 /// Nothing for a damaged percent code and for a zero byte, which no path can hold.
 std::optional<std::string> decoded(std::u16string_view text) {
     std::string bytes;
+    bytes.reserve(text.size());
     while (!text.empty()) {
+        if (text.front() < 0x80 && text.front() != u'%' && text.front() != 0) {
+            bytes += static_cast<char>(text.front());
+            text.remove_prefix(1);
+            continue;
+        }
         if (text.front() != u'%') {
             const uint32_t codePoint = takeCodePoint(text);
             if (codePoint == 0) return std::nullopt;

@@ -40,7 +40,11 @@ Sequence sequenceOf(uint8_t first) {
 std::u16string fromUtf8(const char* utf8) {
     std::u16string text;
     if (!utf8) return text;
-    const uint8_t* byte = reinterpret_cast<const uint8_t*>(utf8);
+    // Names, keys and paths are ASCII, nearly always and from the start.
+    size_t plain = 0;
+    while (static_cast<signed char>(utf8[plain]) > 0) ++plain;
+    text.assign(utf8, utf8 + plain);
+    const uint8_t* byte = reinterpret_cast<const uint8_t*>(utf8 + plain);
     while (*byte != 0) {
         Sequence sequence = sequenceOf(*byte++);
         bool whole = sequence.following >= 0;
