@@ -22,6 +22,9 @@ class CheckingSink final : public desk::PictureSink {
     Number standIn(const desk::AbsentFont& font) override { return font.baseFont.empty() ? 0 : allocate(); }
     Number known(const desk::PictureIdentity&, uint64_t object) override { return known_[object]; }
     void remember(const desk::PictureIdentity&, uint64_t object, Number number) override { known_[object] = number; }
+    void addLayer(Number layer, bool) override {
+        if (layer == 0 || layer > last_) __builtin_trap();
+    }
 
   private:
     void take(Number number) {

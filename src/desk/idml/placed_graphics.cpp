@@ -32,6 +32,7 @@ PageBox toPageBox(std::string_view text) {
     if (text == "CropTrim") return PageBox::Trim;
     if (text == "CropBleed") return PageBox::Bleed;
     if (text == "CropMedia") return PageBox::Media;
+    if (text.starts_with("CropContent")) return PageBox::Content;
     return PageBox::Crop;
 }
 

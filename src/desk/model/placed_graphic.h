@@ -12,7 +12,8 @@ namespace desk {
 class Picture;  // desk/pictures/picture.h; the model only carries it
 
 /// The part of a PDF page that is placed. Boxes that the page doesn't have fall back as ISO 32000-1, 14.11.2 says.
-enum class PageBox { Crop, Media, Trim, Bleed, Art };
+/// Content is the smallest upright box around all that the page paints inside its crop box.
+enum class PageBox { Crop, Media, Trim, Bleed, Art, Content };
 
 /// What an item of kind Graphic shows. Its PageItem is the first child of the frame; the PageItem's transform maps
 /// `bounds` to the frame's inner coordinates, and the frame's path clips it.

@@ -77,7 +77,9 @@ void DocumentWriter::finish() {
     pictures_.finish();
     const ObjectNumber root = tree_.finish();
     ContentBuffer object;
-    object.append("<</Type/Catalog/Pages ").integer(root).append(" 0 R>>");
+    object.append("<</Type/Catalog/Pages ").integer(root).append(" 0 R");
+    pictures_.appendLayers(object);
+    object.append(">>");
     const ObjectNumber catalog = file_.allocate();
     file_.writeObject(catalog, object.view());
     file_.finish(catalog, writeInformation());

@@ -96,4 +96,15 @@ void PictureWriter::remember(const PictureIdentity& file, uint64_t object, Numbe
     partsOfFiles_[file].emplace(object, number);
 }
 
+// A reader shows every layer that the catalog doesn't know. ISO 32000-1, 8.11.4.
+void PictureWriter::appendLayers(ContentBuffer& catalog) const {
+    if (layers_.empty()) return;
+    catalog.append("/OCProperties<</OCGs[");
+    for (const auto& [layer, isShown] : layers_) catalog.integer(layer).append(" 0 R ");
+    catalog.append("]/D<</OFF[");
+    for (const auto& [layer, isShown] : layers_)
+        if (!isShown) catalog.integer(layer).append(" 0 R ");
+    catalog.append("]>>>>");
+}
+
 }  // namespace desk

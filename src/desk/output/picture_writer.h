@@ -19,6 +19,10 @@ class PictureWriter final : private PictureSink {
     /// Writes the fonts that stand in. Throws InputError.
     void finish() { standIns_.finish(); }
 
+    /// What the catalog must say so that layers of placed pages show as in their own files: "/OCProperties<<...>>".
+    /// Nothing where no placed page has layers.
+    void appendLayers(ContentBuffer& catalog) const;
+
   private:
     struct IdentityHash {
         size_t operator()(const PictureIdentity& identity) const { return static_cast<size_t>(identity.words[0]); }
@@ -34,6 +38,7 @@ class PictureWriter final : private PictureSink {
     Number standIn(const AbsentFont& font) override { return standIns_.standIn(font); }
     Number known(const PictureIdentity& file, uint64_t object) override;
     void remember(const PictureIdentity& file, uint64_t object, Number number) override;
+    void addLayer(Number layer, bool isShown) override { layers_[layer] = isShown; }
 
     const Resource* find(const PictureIdentity& identity);
 
@@ -45,6 +50,7 @@ class PictureWriter final : private PictureSink {
     std::map<std::string, Number, std::less<>> objects_;
     std::unordered_map<PictureIdentity, Number, IdentityHash> streams_;
     std::unordered_map<PictureIdentity, std::unordered_map<uint64_t, Number>, IdentityHash> partsOfFiles_;
+    std::map<Number, bool> layers_;  ///< with whether they show
 };
 
 }  // namespace desk

@@ -43,8 +43,13 @@ std::unique_ptr<PictureContent> readEps(const SharedBytes& bytes) {
     const std::string_view postScript = withoutPreview(*bytes);
     if (postScript.find("%%BoundingBox:") == std::string_view::npos)
         throw PictureError("is an EPS without a bounding box. Export it again");
-    return pageOf(convert({"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dEPSCrop", "-sDEVICE=pdfwrite",
-                           "-sstdout=%stderr", "-sOutputFile=-", inputName},
+    // By itself the program turns a page to how most of its text runs, makes pictures lossy and leaves the standard
+    // fonts out.
+    constexpr const char* asDrawn =
+        "<</AutoFilterColorImages false/ColorImageFilter/FlateEncode/AutoFilterGrayImages false"
+        "/GrayImageFilter/FlateEncode/EmbedAllFonts true/NeverEmbed[]>>setdistillerparams";
+    return pageOf(convert({"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dEPSCrop", "-dAutoRotatePages=/None",
+                           "-sDEVICE=pdfwrite", "-sstdout=%stderr", "-sOutputFile=-", "-c", asDrawn, "-f", inputName},
                           postScript, "ghostscript"));
 }
 

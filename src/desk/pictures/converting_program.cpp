@@ -74,12 +74,13 @@ Pipe makePipe() {
 /// A started program; ends with the object at the latest.
 class Child {
   public:
-    Child(const std::vector<std::string>& commandLine, int input, int output, const char* package) {
+    Child(const std::vector<std::string>& commandLine, int input, int output, const char* package, AnswerOn answerOn) {
+        const bool onOutput = answerOn == AnswerOn::StandardOutput;
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, output, onOutput ? STDOUT_FILENO : STDERR_FILENO);
+        posix_spawn_file_actions_addopen(&actions, onOutput ? STDERR_FILENO : STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         // The program's own signals: what this process blocks or ignores is none of its business.
         posix_spawnattr_t attributes;
         posix_spawnattr_init(&attributes);
@@ -149,10 +150,11 @@ std::string readAll(int descriptor) {
 
 }  // namespace
 
-std::string convert(const std::vector<std::string>& commandLine, std::string_view input, const char* package) {
+std::string convert(const std::vector<std::string>& commandLine, std::string_view input, const char* package,
+                    AnswerOn answerOn) {
     const Descriptor file = fileOf(input);
     Pipe pipe = makePipe();
-    Child child(commandLine, file.get(), pipe.writing.get(), package);
+    Child child(commandLine, file.get(), pipe.writing.get(), package, answerOn);
     pipe.writing.close();
     std::string output = readAll(pipe.reading.get());
     const bool succeeded = child.waitForEnd();

@@ -8,9 +8,12 @@
 namespace desk {
 
 /// Runs a program with the input as its standard input (a file that it may also seek in, named inputName) and gives
-/// what it printed. Its standard error is thrown away. Time, memory and output are limited (limits.h). Throws
-/// PictureError when the program isn't installed (`package` says what to install), fails or prints nothing.
-std::string convert(const std::vector<std::string>& commandLine, std::string_view input, const char* package);
+/// what it printed there where the answer is expected; what it prints elsewhere is thrown away. Time, memory and output
+/// are limited (limits.h). Throws PictureError when the program isn't installed (`package` says what to install), fails
+/// or prints nothing.
+enum class AnswerOn { StandardOutput, StandardError };
+std::string convert(const std::vector<std::string>& commandLine, std::string_view input, const char* package,
+                    AnswerOn answerOn = AnswerOn::StandardOutput);
 
 /// A path under which the program finds its input.
 inline constexpr const char* inputName = "/dev/fd/0";

@@ -8,16 +8,19 @@ class JSON;
 #endif
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <qpdf/Pl_Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
+#include <set>
 #include <unordered_map>
 
 #include "desk/pictures/content.h"
 #include "desk/pictures/limits.h"
+#include "desk/pictures/painted_box.h"
 #include "desk/pictures/pdf_text.h"
 #include "desk/pictures/standard_fonts.h"
 
@@ -73,10 +76,35 @@ std::optional<AbsentFont> absentFont(QPDFObjectHandle font) {
     return absent;
 }
 
+using Layers = std::set<QPDFObjGen>;
+
+void addLayersOf(QPDFObjectHandle array, Layers& layers) {
+    if (!array.isArray()) return;
+    for (int i = 0; i < array.getArrayNItems(); ++i) layers.insert(array.getArrayItem(i).getObjGen());
+}
+
+/// The layers that the file doesn't show by itself. ISO 32000-1, 8.11.4.3.
+Layers hiddenLayersOf(QPDF& pdf) {
+    Layers hidden;
+    QPDFObjectHandle properties = pdf.getRoot().getKey("/OCProperties");
+    if (!properties.isDictionary()) return hidden;
+    QPDFObjectHandle usual = properties.getKey("/D");
+    if (!usual.isDictionary()) return hidden;
+    if (nameIn(usual, "/BaseState") == "OFF") {
+        Layers shown;
+        addLayersOf(usual.getKey("/ON"), shown);
+        addLayersOf(properties.getKey("/OCGs"), hidden);
+        std::erase_if(hidden, [&](const QPDFObjGen& layer) { return shown.contains(layer); });
+    }
+    addLayersOf(usual.getKey("/OFF"), hidden);
+    return hidden;
+}
+
 /// Writes objects and all that they refer to.
 class ObjectCopier {
   public:
-    ObjectCopier(const PictureIdentity& file, PictureSink& sink) : file_(file), sink_(sink) {}
+    ObjectCopier(const PictureIdentity& file, const Layers& hiddenLayers, PictureSink& sink)
+        : file_(file), hiddenLayers_(hiddenLayers), sink_(sink) {}
 
     std::string text(QPDFObjectHandle object, int depth = 0) {
         if (depth > limits::pdfDepth) throw damaged();
@@ -126,6 +154,8 @@ class ObjectCopier {
             number = sink_.allocate();
             sink_.remember(file_, key, number);
             waiting_.emplace_back(object, number);
+            if (object.isDictionary() && nameIn(object, "/Type") == "OCG")
+                sink_.addLayer(number, !hiddenLayers_.contains(name));
         }
         return referenceTo(number);
     }
@@ -155,6 +185,7 @@ class ObjectCopier {
     }
 
     PictureIdentity file_;
+    const Layers& hiddenLayers_;
     PictureSink& sink_;
     std::deque<std::pair<QPDFObjectHandle, PictureSink::Number>> waiting_;
     size_t count_ = 0;
@@ -175,6 +206,7 @@ class CountingSink final : public PictureSink {
         return found == numbers_.end() ? 0 : found->second;
     }
     void remember(const PictureIdentity&, uint64_t object, Number number) override { numbers_[object] = number; }
+    void addLayer(Number, bool) override {}
 
   private:
     Number last_ = 0;
@@ -190,6 +222,7 @@ class PdfPages final : public PictureContent {
         try {
             pdf_->processMemoryFile("picture", bytes->data(), bytes->size());
             pages_ = QPDFPageDocumentHelper(*pdf_).getAllPages();
+            hiddenLayers_ = hiddenLayersOf(*pdf_);
         } catch (const QPDFExc& failure) {
             if (failure.getErrorCode() == qpdf_e_password)
                 throw PictureError("is protected by a password. Save it without one");
@@ -204,7 +237,7 @@ class PdfPages final : public PictureContent {
 
     PageFacts facts(int page, PageBox box) const override {
         return guarded([&] {
-            PageFacts facts = factsOf(pageAt(page), box);
+            PageFacts facts = factsOf(pageAt(page), boxOf(page, box));
             CountingSink sink;
             writePage(page, box, {}, sink);
             return facts;
@@ -263,7 +296,25 @@ class PdfPages final : public PictureContent {
                 std::min(a.bottom, b.bottom)};
     }
 
-    static Rect boxOf(QPDFPageObjectHelper page, PageBox box) {
+    Rect boxOf(int number, PageBox box) const {
+        QPDFPageObjectHelper page = pageAt(number);
+        if (box != PageBox::Content) return boxNamedBy(page, box);
+        const auto known = painted_.find(number);
+        if (known != painted_.end()) return known->second;
+        return painted_.emplace(number, paintedPart(number, page)).first->second;
+    }
+
+    /// The crop box for a page whose content can't be measured.
+    Rect paintedPart(int number, QPDFPageObjectHelper page) const {
+        const Rect crop = boxNamedBy(page, PageBox::Crop);
+        const std::optional<Rect> shown = paintedBoxOf(*bytes_, number);
+        if (!shown) return crop;
+        const Matrix toPage = factsOf(page, boxNamedBy(page, PageBox::Media)).toNatural.inverted();
+        const Rect painted = intersection(toPage.boundsOf(*shown), crop);
+        return painted.width() > 0 && painted.height() > 0 ? painted : crop;
+    }
+
+    static Rect boxNamedBy(QPDFPageObjectHelper page, PageBox box) {
         const Rect media = rectangle(page.getAttribute("/MediaBox", false)).value_or(Rect{0, 0, 612, 792});
         if (box == PageBox::Media) return media;
         const Rect crop = intersection(rectangle(page.getAttribute("/CropBox", false)).value_or(media), media);
@@ -282,8 +333,7 @@ class PdfPages final : public PictureContent {
         return static_cast<int>((rotate.getIntValue() / 90 % 4 + 4) % 4);
     }
 
-    static PageFacts factsOf(QPDFPageObjectHelper page, PageBox wanted) {
-        const Rect box = boxOf(page, wanted);
+    static PageFacts factsOf(QPDFPageObjectHelper page, const Rect& box) {
         QPDFObjectHandle userUnit = page.getObjectHandle().getKey("/UserUnit");
         const double unit = userUnit.isNumber() ? userUnit.getNumericValue() : 1;
         const int turns = turnsOf(page);
@@ -305,8 +355,8 @@ class PdfPages final : public PictureContent {
 
     PictureSink::Number writePage(int number, PageBox box, const PictureIdentity& file, PictureSink& sink) const {
         QPDFPageObjectHelper page = pageAt(number);
-        ObjectCopier copier(file, sink);
-        std::string entries = "/Type/XObject/Subtype/Form" + boundingBoxEntry(boxOf(page, box));
+        ObjectCopier copier(file, hiddenLayers_, sink);
+        std::string entries = "/Type/XObject/Subtype/Form" + boundingBoxEntry(boxOf(number, box));
         QPDFObjectHandle resources = page.getAttribute("/Resources", false);
         entries += "/Resources " + (resources.isDictionary() ? copier.text(resources) : std::string("<<>>"));
         QPDFObjectHandle group = page.getObjectHandle().getKey("/Group");
@@ -331,6 +381,8 @@ class PdfPages final : public PictureContent {
     SharedBytes bytes_;
     std::shared_ptr<QPDF> pdf_;
     std::vector<QPDFPageObjectHelper> pages_;
+    Layers hiddenLayers_;
+    mutable std::map<int, Rect> painted_;  ///< by page, as far as they were asked for
 };
 
 }  // namespace

@@ -55,6 +55,10 @@ class PictureSink {
     /// object that hasn't come yet; then `number` is remembered for it.
     virtual Number known(const PictureIdentity& file, uint64_t object) = 0;
     virtual void remember(const PictureIdentity& file, uint64_t object, Number number) = 0;
+
+    /// Says of a written object that it is a layer of a placed page (an optional content group), and whether its own
+    /// file shows it. Told once for each layer.
+    virtual void addLayer(Number layer, bool isShown) = 0;
 };
 
 class Picture {

@@ -1,5 +1,6 @@
 // Pictures of documents: those that are put in, and those that a document brings along.
 
+#include <cmath>
 #include <set>
 
 #include "desk/pictures/linked_file.h"
@@ -20,11 +21,25 @@ void show(PageItem& item, PictureImport import) {
     item.path = rectanglePath(graphic.bounds);
 }
 
+/// A page that is cut to its content has to be measured, which takes long; most are as large as their crop box.
+template <class Import>
+PictureImport importFor(const PlacedGraphic& graphic, Import import) {
+    constexpr double tolerance = 0.5;
+    if (graphic.box != PageBox::Content) return import(graphic.box);
+    PictureImport whole = import(PageBox::Crop);
+    const bool hasSize = graphic.bounds.width() > 0 && graphic.bounds.height() > 0;
+    const bool fits = whole && hasSize && std::abs(whole.picture->width - graphic.bounds.width()) <= tolerance &&
+                      std::abs(whole.picture->height - graphic.bounds.height()) <= tolerance;
+    return !whole || fits ? whole : import(PageBox::Content);
+}
+
 void load(PageItem& item, const std::string& documentPath, PictureLibrary& library) {
     PlacedGraphic& graphic = *item.graphic;
     if (graphic.embedded) {
-        show(item, library.importBytes(graphic.embedded, graphic.uri.empty() ? item.self : graphic.uri,
-                                       graphic.pageNumber, graphic.box));
+        const std::string& name = graphic.uri.empty() ? item.self : graphic.uri;
+        show(item, importFor(graphic, [&](PageBox box) {
+                 return library.importBytes(graphic.embedded, name, graphic.pageNumber, box);
+             }));
         return;
     }
     const std::string linked = pathOfLink(graphic.uri);
@@ -35,7 +50,9 @@ void load(PageItem& item, const std::string& documentPath, PictureLibrary& libra
                           "isn't there, nor is it beside the document. Put it into the document's folder");
         return;
     }
-    show(item, library.import({graphic.path, graphic.pageNumber, graphic.box}));
+    show(item, importFor(graphic, [&](PageBox box) {
+             return library.import({graphic.path, graphic.pageNumber, box});
+         }));
 }
 
 /// All items on spreads and in stories, with what stands inside them.

@@ -169,7 +169,8 @@ class PlainPage final : public PictureContent {
               std::vector<PlainFont> fonts)
         : file_(std::move(file)), box_(box), content_(content), isDeflated_(isDeflated), fonts_(std::move(fonts)) {}
 
-    PageFacts facts(int page, PageBox) const override {
+    PageFacts facts(int page, PageBox box) const override {
+        if (box == PageBox::Content) return general().facts(page, box);
         if (page != 1)
             throw PictureError("has only 1 page: there is no page " + std::to_string(page) +
                                ". Give a page that exists");
@@ -180,7 +181,8 @@ class PlainPage final : public PictureContent {
         return facts;
     }
 
-    PictureSink::Number write(int, PageBox, const PictureIdentity&, PictureSink& sink) const override {
+    PictureSink::Number write(int page, PageBox box, const PictureIdentity& file, PictureSink& sink) const override {
+        if (box == PageBox::Content) return general().write(page, box, file, sink);
         std::string entries = "/Subtype/Form" + boundingBoxEntry(box_);
         entries += "/Resources " + referenceTo(sink.shared(resources(sink)));
         const PictureSink::Number number = sink.allocate();
@@ -207,6 +209,12 @@ class PlainPage final : public PictureContent {
         return text + ">>>>";
     }
 
+    /// For what isn't plain: a part of the page that has to be measured.
+    const PictureContent& general() const {
+        if (!general_) general_ = readPdf(file_);
+        return *general_;
+    }
+
     static PictureSink::Number fontObject(const PlainFont& font, PictureSink& sink) {
         AbsentFont absent;
         absent.baseFont = font.standard;
@@ -227,6 +235,7 @@ class PlainPage final : public PictureContent {
     std::string_view content_;  ///< of file_
     bool isDeflated_;
     std::vector<PlainFont> fonts_;  ///< views of file_ and of fixed names
+    mutable std::unique_ptr<PictureContent> general_;
 };
 
 class PlainReader {

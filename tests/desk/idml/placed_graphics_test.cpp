@@ -39,8 +39,13 @@ TEST(PlacedGraphics, StandInTheirFrameWithLinkAndSize) {
 
 TEST(PlacedGraphics, OfAPdfNameTheirPageAndBox) {
     const std::pair<std::string, PageBox> boxes[] = {
-        {"CropMedia", PageBox::Media}, {"CropTrim", PageBox::Trim}, {"CropBleed", PageBox::Bleed},
-        {"CropArt", PageBox::Art},     {"CropPDF", PageBox::Crop},  {"CropContentVisibleLayers", PageBox::Crop},
+        {"CropMedia", PageBox::Media},
+        {"CropTrim", PageBox::Trim},
+        {"CropBleed", PageBox::Bleed},
+        {"CropArt", PageBox::Art},
+        {"CropPDF", PageBox::Crop},
+        {"CropContentVisibleLayers", PageBox::Content},
+        {"CropContentAllLayers", PageBox::Content},
     };
     for (const auto& [word, box] : boxes) {
         const auto document =

@@ -18,23 +18,30 @@ using namespace desk::testing;
 
 constexpr Pixel white{255, 255, 255}, red{255, 0, 0}, green{0, 255, 0}, blue{0, 0, 255}, black{0, 0, 0};
 
-/// A PDF of one page; `fonts` are entries of the font resources.
-std::string pdfPage(double width, double height, const std::string& content, const std::string& fonts = {}) {
-    const std::string objects[] = {
-        "<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
-        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 " + std::to_string(width) + " " + std::to_string(height) +
-            "]/Contents 4 0 R/Resources 5 0 R>>",
-        "<</Length " + std::to_string(content.size()) + ">>stream\n" + content + "\nendstream",
-        "<</Font<<" + fonts + ">>>>"};
-    std::string pdf = "%PDF-1.4\n", table;
-    for (size_t i = 0; i < std::size(objects); ++i) {
+/// A PDF of these objects; the first is the catalog.
+std::string pdfOf(const std::vector<std::string>& objects) {
+    std::string pdf = "%PDF-1.5\n", table;
+    for (size_t i = 0; i < objects.size(); ++i) {
         char entry[24];
         std::snprintf(entry, sizeof entry, "%010zu 00000 n \n", pdf.size());
         table += entry;
         pdf += std::to_string(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
     }
-    return pdf + "xref\n0 6\n0000000000 65535 f \n" + table + "trailer\n<</Size 6/Root 1 0 R>>\nstartxref\n" +
-           std::to_string(pdf.size()) + "\n%%EOF\n";
+    const std::string count = std::to_string(objects.size() + 1);
+    return pdf + "xref\n0 " + count + "\n0000000000 65535 f \n" + table + "trailer\n<</Size " + count +
+           "/Root 1 0 R>>\nstartxref\n" + std::to_string(pdf.size()) + "\n%%EOF\n";
+}
+
+std::string stream(const std::string& content) {
+    return "<</Length " + std::to_string(content.size()) + ">>stream\n" + content + "\nendstream";
+}
+
+/// A PDF of one page; `fonts` are entries of the font resources.
+std::string pdfPage(double width, double height, const std::string& content, const std::string& fonts = {}) {
+    return pdfOf({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                  "<</Type/Page/Parent 2 0 R/MediaBox[0 0 " + std::to_string(width) + " " + std::to_string(height) +
+                      "]/Contents 4 0 R/Resources 5 0 R>>",
+                  stream(content), "<</Font<<" + fonts + ">>>>"});
 }
 
 /// Four colours: red green over blue black.
@@ -229,6 +236,33 @@ TEST_F(PlacedPictures, ATransparentPictureLetsTheGroundThrough) {
     const RenderedPage page(write(), 1);
     EXPECT_TRUE(page.at(60, 50).isLike(red));
     EXPECT_TRUE(page.at(140, 50).isLike(green));
+}
+
+TEST_F(PlacedPictures, LayersOfAPageShowAsInItsOwnFile) {
+    // The renderer takes layers that say the same for one layer, so their names differ from file to file.
+    const auto pageWithHidden = [](const std::string& hidden) {
+        return pdfOf({"<</Type/Catalog/Pages 2 0 R/OCProperties<</OCGs[6 0 R 7 0 R]/D<</OFF[" + hidden + "]>>>>>>",
+                      "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                      "<</Type/Page/Parent 2 0 R/MediaBox[0 0 40 20]/Contents 4 0 R/Resources 5 0 R>>",
+                      stream("/OC /Left BDC 1 0 0 rg 0 0 20 20 re f EMC /OC /Right BDC 0 0 1 rg 20 0 20 20 re f EMC"),
+                      "<</Properties<</Left 6 0 R/Right 7 0 R>>>>", "<</Type/OCG/Name(left of " + hidden + ")>>",
+                      "<</Type/OCG/Name(right of " + hidden + ")>>"});
+    };
+    put(load(file("left.pdf", pageWithHidden("6 0 R"))), frameAt({20, 10, 60, 30}));
+    put(load(file("right.pdf", pageWithHidden("7 0 R"))), frameAt({20, 40, 60, 60}));
+    put(load(file("both.pdf", pageWithHidden(""))), frameAt({20, 70, 60, 90}));
+    const RenderedPage page(write(), 1);
+    EXPECT_TRUE(page.at(30, 20).isLike(white));
+    EXPECT_TRUE(page.at(50, 20).isLike(blue));
+    EXPECT_TRUE(page.at(30, 50).isLike(red));
+    EXPECT_TRUE(page.at(50, 50).isLike(white));
+    EXPECT_TRUE(page.at(30, 80).isLike(red));
+    EXPECT_TRUE(page.at(50, 80).isLike(blue));
+}
+
+TEST_F(PlacedPictures, FilesWithoutLayersMakeNone) {
+    put(fourColours(), frameAt({20, 10, 180, 90}));
+    EXPECT_THAT(decoded(write()), Not(HasSubstr("/OCProperties")));
 }
 
 TEST_F(PlacedPictures, AnUnembeddedStandardFontIsEmbeddedOnceForAllPages) {

@@ -227,6 +227,27 @@ TEST(AddPicture, MakesAnItemOfThePicturesOwnSize) {
     EXPECT_EQ(item.parent, 0u);
 }
 
+TEST(LoadPlacedPictures, APageCutToItsContentsIsMeasuredWhereItsSizeSaysSo) {
+    const PictureFolder folder;
+    const std::string pdf = folder.write("page.pdf", barcodePdf(100, 60, "0 0 20 30 re f"));
+    for (const auto& [bounds, width] : {std::pair(Rect{0, 0, 20, 30}, 20), std::pair(Rect{0, 0, 100, 60}, 100)}) {
+        PictureLibrary library;
+        Document document;
+        PageItem& frame = document.addItem(ItemKind::Rectangle);
+        document.placeOnSpread(frame, document.addSpread(false), document.addLayer("Layer"));
+        PageItem& item = document.addItem(ItemKind::Graphic);
+        item.graphic.emplace();
+        item.graphic->uri = linkOfPath(pdf);
+        item.graphic->box = PageBox::Content;
+        item.graphic->bounds = bounds;
+        document.placeInside(item, frame);
+        loadPlacedPictures(document, library);
+        ASSERT_TRUE(item.graphic->picture) << item.graphic->failure;
+        EXPECT_NEAR(item.graphic->picture->width, width, 0.1);
+        EXPECT_EQ(item.graphic->bounds, bounds);
+    }
+}
+
 TEST(Links, NamePathsInEveryWayThatPackagesWriteThem) {
     EXPECT_EQ(pathOfLink("file:/Users/a%20b/c.jpg"), "/Users/a b/c.jpg");
     EXPECT_EQ(pathOfLink("file:///Users/a.jpg"), "/Users/a.jpg");

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
+
 #include "desk/pictures/picture_testing.h"
 #include "desk/pictures/standard_fonts.h"
 
@@ -107,6 +110,17 @@ std::string pagesOf(int count) {
     return pdfOf(objects);
 }
 
+/// The /BBox among a form's entries, its sides rounded.
+std::string roundedBox(const std::string& entries) {
+    double sides[4] = {};
+    const size_t at = entries.find("/BBox[");
+    if (at == std::string::npos) return {};
+    std::sscanf(entries.c_str() + at, "/BBox[%lf %lf %lf %lf]", &sides[0], &sides[1], &sides[2], &sides[3]);
+    std::string box = "/BBox[";
+    for (const double& side : sides) box += std::to_string(std::lround(side)) + (&side == &sides[3] ? "]" : " ");
+    return box;
+}
+
 TEST(Pdf, EachPageIsAFormOfItsOwn) {
     const auto content = readPdf(shared(pagesOf(3)));
     EXPECT_EQ(content->pageCount(), 3);
@@ -154,6 +168,40 @@ TEST(Pdf, TheBoxThatIsAskedForIsCutOut) {
     EXPECT_DOUBLE_EQ(content->facts(1, PageBox::Art).width, 80);
     RecordingSink sink;
     EXPECT_TRUE(has(written(*content, sink, 1, PageBox::Trim).text, "/BBox[20 20 80 80]"));
+}
+
+TEST(Pdf, TheContentsBoxIsMeasured) {
+    const struct {
+        std::string page;
+        double width, height;
+        std::string box;
+    } cases[] = {
+        {"/MediaBox[20 30 220 230]", 120, 40, "/BBox[60 70 180 110]"},
+        {"/MediaBox[20 30 220 230]/Rotate 90", 40, 120, "/BBox[60 70 180 110]"},
+        {"/MediaBox[20 30 220 230]/CropBox[80 80 400 100]", 100, 20, "/BBox[80 80 180 100]"},
+        {"/MediaBox[20 30 220 230]/UserUnit 2", 240, 80, "/BBox[60 70 180 110]"},
+    };
+    for (const auto& [page, width, height, box] : cases) {
+        const auto content = readPdf(shared(onePage(page, "0 0 1 rg 60 70 120 40 re f")));
+        const PageFacts facts = content->facts(1, PageBox::Content);
+        EXPECT_NEAR(facts.width, width, 0.1) << page;
+        EXPECT_NEAR(facts.height, height, 0.1) << page;
+        RecordingSink sink;
+        EXPECT_EQ(roundedBox(written(*content, sink, 1, PageBox::Content).text), box) << page;
+    }
+}
+
+TEST(Pdf, APageThatPaintsNothingHasItsCropBoxForItsContents) {
+    const auto content = readPdf(shared(onePage("/MediaBox[20 30 220 230]", "q Q")));
+    EXPECT_DOUBLE_EQ(content->facts(1, PageBox::Content).width, 200);
+}
+
+TEST(PlainPdf, TheContentsBoxIsMeasuredToo) {
+    const auto content = readPlainPdf(shared(barcodePdf(100, 60, "0 0 20 30 re f")));
+    ASSERT_TRUE(content);
+    EXPECT_NEAR(content->facts(1, PageBox::Content).width, 20, 0.1);
+    RecordingSink sink;
+    EXPECT_EQ(roundedBox(written(*content, sink, 1, PageBox::Content).text), "/BBox[0 0 20 30]");
 }
 
 TEST(Pdf, AUserUnitScales) {
@@ -216,6 +264,38 @@ TEST(Pdf, ResourcesInACircleEnd) {
                                     {"<</Loop 5 0 R/Other 6 0 R>>", "[5 0 R 6 0 R]"}))),
             sink);
     EXPECT_EQ(sink.objects.size(), 3u);
+}
+
+/// A page with three layers, the catalog's entry for them as given. Layers are objects 5, 6 and 7.
+std::string pageWithLayers(const std::string& usual) {
+    return pdfOf({"<</Type/Catalog/Pages 2 0 R/OCProperties<</OCGs[5 0 R 6 0 R 7 0 R]/D<<" + usual + ">>>>>>",
+                  "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                  "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Contents 4 0 R/Resources<</Properties<</A 5 0 R/B 6 0 R"
+                  "/C<</Type/OCMD/OCGs[7 0 R]>>>>>>>>",
+                  streamOf("", "/OC /A BDC EMC"), "<</Type/OCG/Name(a)>>", "<</Type/OCG/Name(b)>>",
+                  "<</Type/OCG/Name(c)>>"});
+}
+
+/// The names of the layers that the sink was told of, with what it was told.
+std::string layersIn(const RecordingSink& sink) {
+    std::string text;
+    for (const auto& [number, isShown] : sink.layers) {
+        const std::string& object = sink.objects.at(number).text;
+        text += object.substr(object.find('(') + 1, 1) + (isShown ? " shown, " : " hidden, ");
+    }
+    return text;
+}
+
+TEST(Pdf, LayersAreToldWithWhetherTheyShow) {
+    for (const auto& [usual, told] :
+         {std::pair("", "a shown, b shown, c shown, "), std::pair("/OFF[6 0 R]", "a shown, b hidden, c shown, "),
+          std::pair("/BaseState/OFF/ON[7 0 R]", "a hidden, b hidden, c shown, "),
+          std::pair("/BaseState/OFF/ON[5 0 R 7 0 R]/OFF[7 0 R]", "a shown, b hidden, c hidden, ")}) {
+        RecordingSink sink;
+        const auto content = readPdf(shared(pageWithLayers(usual)));
+        written(*content, sink);
+        EXPECT_EQ(layersIn(sink), told) << usual;
+    }
 }
 
 TEST(Pdf, AStandardFontThatIsntThereGetsAStandIn) {
@@ -322,6 +402,52 @@ TEST(Eps, BecomesAPageOfItsBoundingBox) {
     const PageFacts facts = readEps(shared(eps))->facts(1, PageBox::Crop);
     EXPECT_NEAR(facts.width, 100, 0.01);
     EXPECT_NEAR(facts.height, 50, 0.01);
+}
+
+const std::string epsHead = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 100 50\n";
+
+TEST(Eps, TextThatRunsUpwardsTurnsNothing) {
+    const std::string upwards =
+        epsHead + "/Helvetica findfont 9 scalefont setfont 50 5 moveto 90 rotate (Upwards) show showpage\n";
+    const PageFacts facts = readEps(shared(upwards))->facts(1, PageBox::Crop);
+    EXPECT_NEAR(facts.width, 100, 0.01);
+    EXPECT_NEAR(facts.height, 50, 0.01);
+}
+
+TEST(Eps, BringsItsStandardFontsAlong) {
+    const auto content =
+        readEps(shared(epsHead + "/Helvetica findfont 9 scalefont setfont 5 5 moveto (Text) show showpage\n"));
+    RecordingSink sink;
+    written(*content, sink);
+    EXPECT_TRUE(sink.absentFonts.empty());
+    bool hasFontFile = false;
+    for (const auto& [number, object] : sink.objects)
+        hasFontFile = hasFontFile || object.text.find("/FontFile") != std::string::npos;
+    EXPECT_TRUE(hasFontFile);
+}
+
+TEST(Eps, KeepsItsPicturesWithoutLoss) {
+    // Soft colours with some noise, as a photo has them.
+    std::string digits;
+    uint32_t noise = 1;
+    for (int i = 0; i < 200 * 200 * 3; ++i) {
+        noise = noise * 1664525 + 1013904223;
+        const uint32_t sample = static_cast<uint32_t>(i) / 600 + static_cast<uint32_t>(i % 600) / 20 + noise % 12;
+        constexpr char hexadecimal[] = "0123456789abcdef";
+        digits += {hexadecimal[sample >> 4 & 15], hexadecimal[sample & 15]};
+    }
+    const auto content =
+        readEps(shared(epsHead +
+                       "/DeviceRGB setcolorspace <</ImageType 1/Width 200/Height 200/BitsPerComponent 8/Decode[0 1 0 "
+                       "1 0 1]/ImageMatrix[2 0 0 -4 0 200]/DataSource currentfile/ASCIIHexDecode filter>> image\n" +
+                       digits + ">\nshowpage\n"));
+    RecordingSink sink;
+    written(*content, sink);
+    std::string filters;
+    for (const auto& [number, object] : sink.objects)
+        if (object.text.find("/Subtype /Image") != std::string::npos)
+            filters += object.text.find("DCTDecode") == std::string::npos ? "plain" : "lossy";
+    EXPECT_EQ(filters, "plain");
 }
 
 TEST(Eps, WithAPreviewIsTakenOutOfIt) {

@@ -198,6 +198,7 @@ std::string pngOf(uint32_t width, uint32_t height, int bits, int colourType, con
     std::string png = "\x89PNG\r\n\x1A\n" + pngChunk("IHDR", head);
     if (!options.profile.empty())
         png += pngChunk("iCCP", "name" + std::string(2, '\0') + deflatedForTest(options.profile));
+    for (const auto& [type, data] : options.chunks) png += pngChunk(type, data);
     if (!options.palette.empty()) png += pngChunk("PLTE", options.palette);
     if (!options.transparency.empty()) png += pngChunk("tRNS", options.transparency);
     if (options.pixelsPerMetre > 0)

@@ -43,6 +43,7 @@ class RecordingSink final : public PictureSink {
     };
     std::map<Number, Object> objects;
     std::vector<AbsentFont> absentFonts;
+    std::map<Number, bool> layers;  ///< with whether they show
     bool hasStandIns = true;
 
     Number allocate() override { return ++last_; }
@@ -54,6 +55,7 @@ class RecordingSink final : public PictureSink {
     Number standIn(const AbsentFont& font) override;
     Number known(const PictureIdentity& file, uint64_t object) override;
     void remember(const PictureIdentity& file, uint64_t object, Number number) override;
+    void addLayer(Number layer, bool isShown) override { layers[layer] = isShown; }
 
     /// The object that a value such as "/SMask 3 0 R" names.
     const Object& objectAt(const std::string& entries, const std::string& key) const;
@@ -84,6 +86,7 @@ std::string jpegOf(int width, int height, int components, const JpegOptions& opt
 struct PngOptions {
     bool interlaced = false;  ///< only sets the mark: the rows must be in order of the passes
     std::string palette, transparency, profile;
+    std::vector<std::pair<std::string, std::string>> chunks;  ///< further ones in front of the pixels: type, data
     uint32_t pixelsPerMetre = 0;
 };
 /// `rows` with the filter byte in front of every row.
