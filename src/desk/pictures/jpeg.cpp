@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "desk/pictures/colour_profile.h"
 #include "desk/pictures/pixels.h"
 
 namespace desk {

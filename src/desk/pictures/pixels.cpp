@@ -1,6 +1,5 @@
 #include "desk/pictures/pixels.h"
 
-#include <lcms2.h>
 #include <libdeflate.h>
 
 #include <algorithm>
@@ -248,21 +247,8 @@ std::string inflatedUpTo(std::string_view bytes, size_t limit) {
     }
 }
 
-std::string usableProfile(std::string_view profile, int samples) {
-    if (profile.size() < 128 || profile.size() > limits::profileBytes) return {};
-    const std::unique_ptr<void, cmsBool (*)(cmsHPROFILE)> opened(
-        cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size())), cmsCloseProfile);
-    if (!opened) return {};
-    const cmsColorSpaceSignature space = cmsGetColorSpace(opened.get());
-    const bool fits = (samples == 1 && space == cmsSigGrayData) || (samples == 3 && space == cmsSigRgbData) ||
-                      (samples == 4 && space == cmsSigCmykData);
-    const cmsProfileClassSignature kind = cmsGetDeviceClass(opened.get());
-    const bool describesDevice = kind == cmsSigInputClass || kind == cmsSigDisplayClass || kind == cmsSigOutputClass ||
-                                 kind == cmsSigColorSpaceClass;
-    return fits && describesDevice ? std::string(profile) : std::string();
-}
-
 std::string colourSpaceOf(const ColourModel& model, PictureSink& sink) {
+    if (model.isLab) return "[/Lab<</WhitePoint[0.9642 1 0.8249]/Range[-128 127 -128 127]>>]";
     std::string base = deviceSpace(model.samples);
     if (!model.profile.empty()) {
         const std::string entries = "/N " + std::to_string(model.samples) + "/Alternate" + deviceSpace(model.samples);

@@ -44,10 +44,8 @@ struct ColourModel {
     int samples = 3;      ///< 1 gray, 3 RGB, 4 CMYK
     std::string profile;  ///< ICC; empty for none
     std::string palette;  ///< of an indexed picture: `samples` bytes a colour; empty for none
+    bool isLab = false;   ///< the 3 samples are L*, a* and b* of CIE 1976 under D50, the latter two from -128 to 127
 };
-
-/// Keeps the profile only when it is a whole one for so many samples.
-std::string usableProfile(std::string_view profile, int samples);
 
 /// The value of /ColorSpace.
 std::string colourSpaceOf(const ColourModel& model, PictureSink& sink);

@@ -4,9 +4,12 @@
 #include <libdeflate.h>
 #include <png.h>
 
+#include <cmath>
 #include <csetjmp>
 #include <cstring>
+#include <optional>
 
+#include "desk/pictures/colour_profile.h"
 #include "desk/pictures/limits.h"
 #include "desk/pictures/pixels.h"
 
@@ -29,6 +32,9 @@ struct Chunks {
     std::string_view palette, profile;
     std::string imageData;
     bool hasTransparency = false;
+    bool isStandardRgb = false;  ///< says itself that its colours are sRGB
+    double gamma = 0;            ///< the exponent by which samples were made of light; 0 for unknown
+    std::optional<Chromaticities> chromaticities;
     double pixelsPerInchX = 72, pixelsPerInchY = 72;
 
     bool fitsAsItIs() const {
@@ -44,6 +50,16 @@ PictureError damaged() {
     return PictureError("is damaged. Save it again");
 }
 
+/// Gamma and chromaticities are stored in units of this part of 1.
+constexpr double colourUnits = 100'000;
+
+Chromaticities chromaticitiesIn(std::string_view data) {
+    const auto place = [&](size_t at) {
+        return Point{bigEndian32(data, at) / colourUnits, bigEndian32(data, at + 4) / colourUnits};
+    };
+    return {place(0), place(8), place(16), place(24)};
+}
+
 void readChunk(std::string_view type, std::string_view data, Chunks& chunks) {
     if (type == "IHDR") {
         if (data.size() < 13) throw damaged();
@@ -56,6 +72,9 @@ void readChunk(std::string_view type, std::string_view data, Chunks& chunks) {
     if (type == "PLTE") chunks.palette = data;
     if (type == "tRNS") chunks.hasTransparency = true;
     if (type == "iCCP") chunks.profile = data;
+    if (type == "sRGB") chunks.isStandardRgb = true;
+    if (type == "gAMA" && data.size() == 4) chunks.gamma = bigEndian32(data, 0) / colourUnits;
+    if (type == "cHRM" && data.size() == 32) chunks.chromaticities = chromaticitiesIn(data);
     if (type == "IDAT") chunks.imageData += data;
     if (type == "pHYs" && data.size() == 9 && data[8] == 1) {
         constexpr double metresPerInch = 0.0254;
@@ -89,6 +108,14 @@ std::string profileOf(std::string_view data, int samples) {
     const size_t end = data.find('\0');
     if (end == std::string_view::npos || end + 2 > data.size()) return {};
     return usableProfile(inflatedUpTo(data.substr(end + 2), limits::profileBytes), samples);
+}
+
+/// A profile made of gamma and chromaticities; empty for samples that are as readers take them without a profile.
+std::string profileMadeOf(const Chunks& chunks, int samples) {
+    constexpr double usual = 1 / 2.2, tolerance = 0.05, largest = 10;
+    if (chunks.isStandardRgb || !(chunks.gamma > 1 / largest && chunks.gamma < largest)) return {};
+    if (std::abs(chunks.gamma / usual - 1) <= tolerance) return {};
+    return profileOfPower(samples, 1 / chunks.gamma, chunks.chromaticities);
 }
 
 int samplesOf(int colourType) {
@@ -211,6 +238,7 @@ std::unique_ptr<PictureContent> readPng(const SharedBytes& bytes) {
         takeDecoded(decode(*bytes), picture);
     }
     picture.colours.profile = profileOf(chunks.profile, picture.colours.samples);
+    if (picture.colours.profile.empty()) picture.colours.profile = profileMadeOf(chunks, picture.colours.samples);
     return contentOf(std::move(picture));
 }
 

@@ -1,11 +1,12 @@
-// TIFF files. Gray, RGB and CMYK keep their samples and their profile; everything else that the library knows becomes
-// RGB.
+// TIFF files. Gray, RGB, CMYK and Lab keep their samples, and their profile; everything else that the library knows
+// becomes RGB.
 
 #include <tiffio.h>
 
 #include <algorithm>
 #include <cstring>
 
+#include "desk/pictures/colour_profile.h"
 #include "desk/pictures/limits.h"
 #include "desk/pictures/pixels.h"
 
@@ -91,10 +92,14 @@ struct Description {
                 return 3;
             case PHOTOMETRIC_SEPARATED:
                 return inkSet == INKSET_CMYK ? 4 : 0;
+            case PHOTOMETRIC_CIELAB:
+            case PHOTOMETRIC_ICCLAB:
+                return samples >= 3 ? 3 : 0;
             default:
                 return 0;
         }
     }
+    bool isLab() const { return photometric == PHOTOMETRIC_CIELAB || photometric == PHOTOMETRIC_ICCLAB; }
     bool hasAlpha() const {
         return extraCount > 0 && samples == colourSamples() + extraCount &&
                (firstExtra == EXTRASAMPLE_ASSOCALPHA || firstExtra == EXTRASAMPLE_UNASSALPHA);
@@ -220,6 +225,25 @@ class SampleReader {
     std::string rows_;
 };
 
+std::string profileIn(TIFF* tiff, int samples) {
+    uint32_t size = 0;
+    void* profile = nullptr;
+    if (!TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &profile) || !profile) return {};
+    return usableProfile({static_cast<const char*>(profile), size}, samples);
+}
+
+/// PDF counts a* and b* from -128. TIFF 6.0, section 23; ISO 32000-1, 8.6.5.4.
+void takeLab(const Description& d, std::string& rows, PixelPicture& picture) {
+    picture.colours.isLab = true;
+    const size_t step = d.bits / 8u, pixel = step * static_cast<size_t>(d.hasAlpha() ? 4 : 3);
+    const bool isSigned = d.photometric == PHOTOMETRIC_CIELAB;
+    for (size_t at = 0; isSigned && at + pixel <= rows.size(); at += pixel)
+        for (const size_t sample : {size_t{1}, size_t{2}}) rows[at + sample * step] ^= '\x80';
+    // Words have the fraction of a* and b* in their lower half, and the second kind ends its L* at FF00.
+    if (d.bits == 16) picture.decode = isSigned ? "0 100" : "0 100.3906";
+    if (d.bits == 16) picture.decode += " -128 127.9961 -128 127.9961";
+}
+
 void readSamples(TIFF* tiff, const Description& d, PixelPicture& picture) {
     const bool hasAlpha = d.hasAlpha();
     picture.layout.samples = d.colourSamples();
@@ -228,12 +252,10 @@ void readSamples(TIFF* tiff, const Description& d, PixelPicture& picture) {
     picture.orientation = d.orientation;
     if (d.photometric == PHOTOMETRIC_MINISWHITE) picture.decode = "1 0";
     picture.alphaIsMultiplied = hasAlpha && d.firstExtra == EXTRASAMPLE_ASSOCALPHA;
-    encodeRows(SampleReader(tiff, d, d.colourSamples() + (hasAlpha ? 1 : 0)).read(),
-               hasAlpha ? AlphaSample::Last : AlphaSample::None, picture);
-    uint32_t size = 0;
-    void* profile = nullptr;
-    if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &profile) && profile)
-        picture.colours.profile = usableProfile({static_cast<const char*>(profile), size}, picture.colours.samples);
+    std::string rows = SampleReader(tiff, d, d.colourSamples() + (hasAlpha ? 1 : 0)).read();
+    if (d.isLab()) takeLab(d, rows, picture);
+    encodeRows(std::move(rows), hasAlpha ? AlphaSample::Last : AlphaSample::None, picture);
+    if (!d.isLab()) picture.colours.profile = profileIn(tiff, picture.colours.samples);
 }
 
 /// Four bytes a pixel from the library's own conversion, upright.
@@ -257,6 +279,9 @@ void readConverted(TIFF* tiff, const Description& d, PixelPicture& picture) {
     picture.colours.samples = 3;
     picture.alphaIsMultiplied = true;
     encodeRows(std::move(rows), AlphaSample::Last, picture);
+    // The profile of a palette, or of colours stored as brightness and differences, is that of their RGB.
+    if (d.photometric == PHOTOMETRIC_PALETTE || d.photometric == PHOTOMETRIC_YCBCR)
+        picture.colours.profile = profileIn(tiff, picture.colours.samples);
 }
 
 void readResolution(TIFF* tiff, PixelPicture& picture) {

@@ -1,4 +1,9 @@
 #include <gtest/gtest.h>
+#include <lcms2.h>
+
+#include <chrono>
+#include <thread>
+#include <tuple>
 
 #include "desk/pictures/picture_testing.h"
 
@@ -48,6 +53,29 @@ std::string plainRows(const std::string& encoded, size_t rowBytes, size_t pixel)
 
 RecordingSink::Object imageOf(const std::string& png, RecordingSink& sink) {
     return written(*readPng(shared(png)), sink);
+}
+
+cmsColorSpaceSignature spaceOf(const std::string& profile) {
+    const cmsHPROFILE opened = cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size()));
+    const cmsColorSpaceSignature space = cmsGetColorSpace(opened);
+    cmsCloseProfile(opened);
+    return space;
+}
+
+/// L* of a gray of these samples.
+double lightnessOf(const std::string& profile, unsigned char sample) {
+    const cmsHPROFILE opened = cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size()));
+    const cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
+    const bool isGray = cmsGetColorSpace(opened) == cmsSigGrayData;
+    const cmsHTRANSFORM transform = cmsCreateTransform(opened, isGray ? TYPE_GRAY_8 : TYPE_RGB_8, lab, TYPE_Lab_DBL,
+                                                       INTENT_RELATIVE_COLORIMETRIC, 0);
+    const unsigned char samples[] = {sample, sample, sample};
+    cmsCIELab colour{};
+    cmsDoTransform(transform, samples, &colour, 1);
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(lab);
+    cmsCloseProfile(opened);
+    return colour.L;
 }
 
 TEST(Png, OpaqueRowsGoInAsTheyAre) {
@@ -165,6 +193,63 @@ TEST(Png, KeepsItsColourProfile) {
     RecordingSink sink;
     const RecordingSink::Object image = imageOf(pngOf(1, 1, 8, 2, bytesOf({0, 1, 2, 3}), options), sink);
     EXPECT_EQ(sink.objectAt(image.text, "/ColorSpace[/ICCBased").bytes, options.profile);
+}
+
+/// One gray or RGB pixel with these chunks.
+RecordingSink::Object pixelWith(std::vector<std::pair<std::string, std::string>> chunks, int colourType,
+                                RecordingSink& sink) {
+    PngOptions options;
+    options.chunks = std::move(chunks);
+    return imageOf(pngOf(1, 1, 8, colourType, bytesOf({0, 1, 2, 3}).substr(0, colourType == 2 ? 4 : 2), options), sink);
+}
+
+const std::string linear("\0\1\x86\xA0", 4);  // gamma 1
+const std::string usual("\0\0\xB1\x8F", 4);   // gamma 0.45455
+
+TEST(Png, SamplesOfAnotherGammaGetAProfileThatSaysSo) {
+    for (const auto& [colourType, space, place] : {std::tuple(2, cmsSigRgbData, "/N 3/Alternate/DeviceRGB"),
+                                                   std::tuple(0, cmsSigGrayData, "/N 1/Alternate/DeviceGray")}) {
+        RecordingSink sink;
+        const RecordingSink::Object image = pixelWith({{"gAMA", linear}}, colourType, sink);
+        const RecordingSink::Object& stored = sink.objectAt(image.text, "/ColorSpace[/ICCBased");
+        EXPECT_EQ(stored.text, place);
+        EXPECT_EQ(spaceOf(stored.bytes), space);
+        // Half of the light is far brighter than a sample of half the usual kind.
+        EXPECT_NEAR(lightnessOf(stored.bytes, 128), 76, 1);
+    }
+}
+
+TEST(Png, ChromaticitiesGoIntoThatProfile) {
+    std::string wide;  // white, red, green, blue: as in ITU-R BT.2020
+    for (const int place : {31270, 32900, 70800, 29200, 17000, 79700, 13100, 4600})
+        for (int shift = 24; shift >= 0; shift -= 8) wide += static_cast<char>(place >> shift);
+    RecordingSink plain, coloured;
+    const std::string first =
+        plain.objectAt(pixelWith({{"gAMA", linear}}, 2, plain).text, "/ColorSpace[/ICCBased").bytes;
+    const std::string second =
+        coloured.objectAt(pixelWith({{"gAMA", linear}, {"cHRM", wide}}, 2, coloured).text, "/ColorSpace[/ICCBased")
+            .bytes;
+    EXPECT_NE(first, second);
+}
+
+TEST(Png, TheSameGammaGivesTheSameProfile) {
+    RecordingSink first, second;
+    const auto profile = [](RecordingSink& sink) {
+        return sink.objectAt(pixelWith({{"gAMA", linear}}, 2, sink).text, "/ColorSpace[/ICCBased").bytes;
+    };
+    const std::string before = profile(first);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));  // the library would note the second
+    EXPECT_EQ(profile(second), before);
+}
+
+TEST(Png, UsualGammaAndStandardColoursNeedNoProfile) {
+    for (const auto& chunks : {std::vector<std::pair<std::string, std::string>>{{"gAMA", usual}},
+                               {{"gAMA", linear}, {"sRGB", std::string(1, '\0')}},
+                               {{"gAMA", std::string(4, '\0')}},
+                               {{"gAMA", std::string(4, '\xFF')}}}) {
+        RecordingSink sink;
+        EXPECT_TRUE(has(pixelWith(chunks, 2, sink).text, "/ColorSpace/DeviceRGB"));
+    }
 }
 
 TEST(Png, CutOffAnywhereIsRefused) {

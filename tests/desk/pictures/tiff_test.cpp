@@ -29,7 +29,7 @@ std::string oneRow(const std::string& encoded, size_t pixel) {
     return row;
 }
 
-constexpr uint16_t whiteIsZero = 0, blackIsZero = 1, rgb = 2, palette = 3, separated = 5, cieLab = 8;
+constexpr uint16_t whiteIsZero = 0, blackIsZero = 1, rgb = 2, palette = 3, separated = 5, cieLab = 8, iccLab = 9;
 
 RecordingSink::Object imageOf(const std::string& tiff, RecordingSink& sink) {
     return written(*readTiff(shared(tiff)), sink);
@@ -131,6 +131,45 @@ TEST(Tiff, OtherColoursBecomeRgb) {
     EXPECT_TRUE(has(image.text, "/ColorSpace/DeviceRGB"));
     EXPECT_EQ(oneRow(image.bytes, 3), bytesOf({255, 0, 128}));
     EXPECT_FALSE(has(image.text, "/SMask"));
+}
+
+TEST(Tiff, APaletteKeepsItsProfile) {
+    TiffOptions options;
+    options.photometric = palette;
+    options.colourMap.assign(768, 0);
+    options.profile = profileFor(3);
+    RecordingSink sink;
+    const RecordingSink::Object image = imageOf(tiffOf(1, 1, bytesOf({5}), options), sink);
+    EXPECT_EQ(sink.objectAt(image.text, "/ColorSpace[/ICCBased").bytes, options.profile);
+}
+
+TEST(Tiff, LabStaysLab) {
+    TiffOptions options;
+    options.samples = 3;
+    options.photometric = cieLab;
+    RecordingSink sink;
+    // The first kind has signed a* and b*, the second kind counts them from -128, as PDF does.
+    const RecordingSink::Object image = imageOf(tiffOf(2, 1, bytesOf({200, 0, 0, 10, -128, 127}), options), sink);
+    EXPECT_TRUE(has(image.text, "/ColorSpace[/Lab<</WhitePoint[0.9642 1 0.8249]/Range[-128 127 -128 127]>>]"));
+    EXPECT_FALSE(has(image.text, "/Decode["));
+    EXPECT_EQ(oneRow(image.bytes, 3), bytesOf({200, 128, 128, 10, 0, 255}));
+    options.photometric = iccLab;
+    EXPECT_EQ(oneRow(imageOf(tiffOf(1, 1, bytesOf({200, 128, 3}), options), sink).bytes, 3), bytesOf({200, 128, 3}));
+}
+
+TEST(Tiff, LabOfSixteenBitsStaysSixteenBits) {
+    TiffOptions options;
+    options.samples = 3;
+    options.bits = 16;
+    options.photometric = cieLab;
+    RecordingSink sink;
+    const RecordingSink::Object image = imageOf(tiffOf(1, 1, bytesOf({2, 1, 0, 0, 0, 0x80}), options), sink);
+    EXPECT_TRUE(has(image.text, "/BitsPerComponent 16"));
+    EXPECT_TRUE(has(image.text, "/Decode[0 100 -128 127.9961 -128 127.9961]"));
+    EXPECT_EQ(oneRow(image.bytes, 6), bytesOf({1, 2, 0x80, 0, 0, 0}));
+    options.photometric = iccLab;
+    EXPECT_TRUE(has(imageOf(tiffOf(1, 1, bytesOf({2, 1, 0, 0, 0, 0x80}), options), sink).text,
+                    "/Decode[0 100.3906 -128 127.9961 -128 127.9961]"));
 }
 
 TEST(Tiff, TakesItsSizeFromItsResolution) {
