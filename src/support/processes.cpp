@@ -48,10 +48,14 @@ std::string programText(const String& text, const char* what) {
     return result;
 }
 
+/// Whether a child is one of the caller's group and reads its input, or stands alone so that it can be killed with all
+/// that it has started.
+enum class Standing { withCaller, alone };
+
 /// The child starts with no signal blocked, and with SIGPIPE as programs expect it.
 class SpawnSettings {
   public:
-    SpawnSettings(int output, int error) {
+    SpawnSettings(int output, int error, Standing standing) {
         posix_spawn_file_actions_init(&actions_);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, error, STDERR_FILENO);
@@ -61,7 +65,13 @@ class SpawnSettings {
         posix_spawnattr_setsigmask(&attributes_, &signals);
         sigaddset(&signals, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes_, &signals);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        if (standing == Standing::alone) {
+            posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+            posix_spawnattr_setpgroup(&attributes_, 0);
+            flags = static_cast<short>(flags | POSIX_SPAWN_SETPGROUP);
+        }
+        posix_spawnattr_setflags(&attributes_, flags);
     }
     SpawnSettings(const SpawnSettings&) = delete;
     SpawnSettings& operator=(const SpawnSettings&) = delete;
@@ -77,7 +87,7 @@ class SpawnSettings {
     posix_spawnattr_t attributes_{};
 };
 
-pid_t start(const String& launchPath, const Array& arguments, int output, int error) {
+pid_t start(const String& launchPath, const Array& arguments, int output, int error, Standing standing) {
     std::vector<std::string> words{programText(launchPath, "the launch path")};
     for (size_t index = 0; index < arguments.count(); ++index) {
         const std::string what = "argument " + std::to_string(index + 1) + " for " + words.front();
@@ -87,7 +97,7 @@ pid_t start(const String& launchPath, const Array& arguments, int output, int er
     pointers.reserve(words.size() + 1);
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
-    const SpawnSettings settings(output, error);
+    const SpawnSettings settings(output, error, standing);
     pid_t child = 0;
     const int failure =
         posix_spawn(&child, words.front().c_str(), settings.actions(), settings.attributes(), pointers.data(), environ);
@@ -107,15 +117,21 @@ PipeState takeFrom(const FileHandle& pipe, std::string* kept) {
 }
 
 /// Ends when the child has closed both pipes, or has ended and its output pipe with it: whoever inherited the error
-/// pipe alone isn't waited for.
-std::string outputUntilEnd(pid_t child, FileHandle output, FileHandle error) {
+/// pipe alone isn't waited for. An empty `mayGoOn` lets it take its time; else the child's group is killed when it says
+/// no.
+std::string outputUntilEnd(pid_t child, FileHandle output, FileHandle error, const ProgramWatch& mayGoOn) {
+    constexpr int forever = -1, tenthOfSecond = 100;
     std::string kept;
     FileHandle ending(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
     // Without process descriptors (before Linux 5.3) the child counts as running until both pipes have closed.
     const bool seesTheEnd = ending.isOpen();
     while (output.isOpen() || (error.isOpen() && (ending.isOpen() || !seesTheEnd))) {
         pollfd waits[3] = {{output.number(), POLLIN, 0}, {error.number(), POLLIN, 0}, {ending.number(), POLLIN, 0}};
-        if (poll(waits, 3, -1) < 0 && errno != EINTR) break;
+        if (poll(waits, 3, mayGoOn ? tenthOfSecond : forever) < 0 && errno != EINTR) break;
+        if (mayGoOn && !mayGoOn(kept.size())) {
+            kill(-child, SIGKILL);
+            break;
+        }
         if (waits[0].revents != 0 && takeFrom(output, &kept) == PipeState::ended) output.close();
         if (waits[1].revents != 0 && takeFrom(error, nullptr) == PipeState::ended) error.close();
         if (waits[2].revents != 0) ending.close();
@@ -160,19 +176,25 @@ class ShellScriptRegistry {
 }  // namespace
 
 Data dataWithShellScript(const String& launchPath, const Array& arguments) {
+    return dataWithShellScript(launchPath, arguments, {});
+}
+
+Data dataWithShellScript(const String& launchPath, const Array& arguments, const ProgramWatch& mayGoOn) {
     if (const auto function = ShellScriptRegistry::shared().find(launchPath)) {
         Data data = (*function)(arguments);
         return data.isNull() ? Data(std::string()) : data;
     }
     Pipe output = makePipe();
     Pipe error = makePipe();
-    const pid_t child = start(launchPath, arguments, output.writing.number(), error.writing.number());
+    const Standing standing = mayGoOn ? Standing::alone : Standing::withCaller;
+    const pid_t child = start(launchPath, arguments, output.writing.number(), error.writing.number(), standing);
     output.writing.close();
     error.writing.close();
     std::string kept;
     try {
-        kept = outputUntilEnd(child, std::move(output.reading), std::move(error.reading));
+        kept = outputUntilEnd(child, std::move(output.reading), std::move(error.reading), mayGoOn);
     } catch (...) {  // no memory for the output: the pipes are closed now, so the child comes to its end
+        if (standing == Standing::alone) kill(-child, SIGKILL);
         waitForEnd(child);
         throw;
     }

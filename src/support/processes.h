@@ -1,6 +1,7 @@
 #pragma once
 // Command-line programs as child processes, and work spread over the machine's cores.
 
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -16,6 +17,15 @@ namespace vornaset {
 /// reason when the program can't be started, InvalidArgumentException for a null path and for an argument that is no
 /// text or holds U+0000.
 Data dataWithShellScript(const String& launchPath, const Array& arguments);
+
+/// Whether a program may go on that has printed so many bytes.
+using ProgramWatch = std::function<bool(size_t bytes)>;
+
+/// The same with somebody who watches: `mayGoOn` is asked several times a second while the program runs, and when it
+/// says no, the program is killed together with all that it has started, and what it has printed until then is given.
+/// Such a program has no standard input and a process group of its own. What `mayGoOn` throws reaches the caller, once
+/// the program is dead. A registered function is called and not watched.
+Data dataWithShellScript(const String& launchPath, const Array& arguments, const ProgramWatch& mayGoOn);
 
 /// What stands for a program inside this process: the same arguments, the bytes that the program would print. It may be
 /// called on several threads at once. Null bytes count as no bytes; what it throws reaches the caller.

@@ -57,6 +57,34 @@ TEST(ShellScript, AChildThatPrintsMoreThanAPipeHoldsEnds) {
     EXPECT_EQ(shellOutput("head -c 300000 /dev/zero >&2 & head -c 300000 /dev/zero; wait").size(), 300000u);
 }
 
+Data watchedOutput(const char* script, const ProgramWatch& mayGoOn) {
+    return dataWithShellScript(kShell, Array::make({"-c", script}), mayGoOn);
+}
+
+TEST(ShellScript, AWatchedProgramMayEndByItselfAndReadsNothing) {
+    EXPECT_EQ(watchedOutput("cat; echo done", [](size_t) { return true; }).view(), "done\n");
+}
+
+TEST(ShellScript, AWatchedProgramIsKilledWithAllThatItStarted) {
+    const Data data = watchedOutput("sleep 1000 & echo $!; wait", [](size_t bytes) { return bytes == 0; });
+    const int child = std::stoi(std::string(data.view()));
+    bool isGone = false;  // the kill is on its way when the call returns
+    for (int tries = 0; tries < 1000 && !isGone; ++tries) {
+        isGone = kill(child, 0) != 0 ||
+                 shellOutput(("grep State /proc/" + std::to_string(child) + "/status").c_str()).find('Z') !=
+                     std::string::npos;
+        if (!isGone) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(isGone);
+    EXPECT_FALSE(hasZombies());
+}
+
+TEST(ShellScript, WhatAWatcherThrowsComesThroughWhenTheProgramIsDead) {
+    EXPECT_THROW(watchedOutput("sleep 1000", [](size_t) -> bool { throw std::runtime_error("enough"); }),
+                 std::runtime_error);
+    EXPECT_FALSE(hasZombies());
+}
+
 TEST(ShellScript, AChildThatClosesItsOutputFirstIsStillWaitedFor) {
     ScratchFolder folder;
     const std::string file = folder.path() + "/late";
