@@ -104,6 +104,9 @@ class Template {
     /// What the last finished export drew plainer than the template asks: clauses without a full stop.
     const std::vector<std::string>& simplifications() const;
 
+    /// Why the last picture that couldn't be imported was refused: a sentence or two; empty when all could.
+    const std::string& lastPictureFailure() const;
+
     /// Writes the document as IDML; the file appears whole or not at all. What this system doesn't understand is kept.
     /// The template stays the one that was opened. Throws InputError.
     void save(const std::string& path);

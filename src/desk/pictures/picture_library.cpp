@@ -46,6 +46,7 @@ struct PictureLibrary::State {
     size_t heldLimit = 0;
     size_t held = 0;
     uint64_t filesRead = 0;
+    std::string lastFailure;
     Entries entries;
     Order byUse, withContent;
     /// The last file that wasn't worth knowing: asking for its pages and placing it are two readings.
@@ -153,13 +154,17 @@ PictureLibrary::PictureLibrary(size_t heldBytes) : state_(std::make_unique<State
 PictureLibrary::~PictureLibrary() = default;
 
 PictureImport PictureLibrary::import(const PictureRequest& request) {
+    const auto failed = [&](const std::string& why) -> PictureImport {
+        state_->lastFailure = sentenceAbout(request.path, why);
+        return {nullptr, state_->lastFailure};
+    };
     try {
         const State::Found found = state_->find(request.path);
-        if (!found.file) return {nullptr, sentenceAbout(request.path, found.failure)};
+        if (!found.file) return failed(found.failure);
         state_->holdFor(request, *found.file);
         return {found.file->picture(request.page, request.box, request.path), {}};
     } catch (const PictureError& failure) {
-        return {nullptr, sentenceAbout(request.path, failure.what())};
+        return failed(failure.what());
     }
 }
 
@@ -181,6 +186,10 @@ int PictureLibrary::pageCount(const std::string& path) {
     } catch (const PictureError&) {
         return 0;
     }
+}
+
+const std::string& PictureLibrary::lastFailure() const {
+    return state_->lastFailure;
 }
 
 uint64_t PictureLibrary::filesRead() const {

@@ -42,6 +42,8 @@ class PictureLibrary {
     /// The same for bytes that a package carries; `name` is used in messages.
     PictureImport importBytes(std::shared_ptr<const std::string> bytes, const std::string& name, int page = 1,
                               PageBox box = PageBox::Crop);
+    /// The sentence of the last import() that gave no picture; empty before.
+    const std::string& lastFailure() const;
 
     /// Pages of a PDF; 1 for a picture of another format; 0 when the file can't be read.
     int pageCount(const std::string& path);

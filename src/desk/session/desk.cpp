@@ -220,6 +220,10 @@ ExportOutcome Template::exportPdf(const ExportRequest& request) {
                      request, state_->simplifications);
 }
 
+const std::string& Template::lastPictureFailure() const {
+    return state_->desk->border.pictures().lastFailure();
+}
+
 const std::vector<std::string>& Template::simplifications() const {
     return state_->simplifications;
 }

@@ -171,6 +171,15 @@ TEST(PictureLibrary, SaysWhatIsWrongWithAPath) {
     EXPECT_EQ(library.pageCount(folder / "text"), 0);
 }
 
+TEST(PictureLibrary, RemembersTheLastSentenceOfAnImportThatFailed) {
+    const PictureFolder folder;
+    PictureLibrary library;
+    EXPECT_EQ(library.lastFailure(), "");
+    const PictureImport failed = library.import({folder / "absent"});
+    EXPECT_EQ(library.lastFailure(), failed.failure);
+    EXPECT_NE(library.lastFailure(), "");
+}
+
 TEST(PictureLibrary, CutsAVeryLongNameInItsMessage) {
     PictureLibrary library;
     const std::string failure = failureOf(library, std::string(100'000, 'x'));
