@@ -41,6 +41,8 @@ Handle<MyPDFDoc> readPdf(const std::string& path, KeptMessages& messages) {
     const auto status = std::filesystem::status(path, failure);
     if (!std::filesystem::exists(status)) throw Error("there is no file \"" + path + "\".");
     if (!std::filesystem::is_regular_file(status)) throw Error("\"" + path + "\" isn't a file; name a PDF file.");
+    if (String::fromDamagedUTF8(path).utf8() != path)
+        throw Error("the name \"" + path + "\" isn't UTF-8, so the file can't be read; rename it.");
     Handle<MyPDFDoc> document = MyPDFDoc::pdfDocWithPath(String(path.c_str()));
     const std::string said = messages.take();
     if (!said.empty()) throw Error("\"" + path + "\" can't be read whole: " + said + ".");

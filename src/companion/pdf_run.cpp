@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 
+#include "companion/output_places.h"
 #include "companion/pdf_files.h"
 #include "companion/whole_file.h"
 #include "companion/workplace.h"
@@ -38,6 +39,9 @@ class PdfRun {
     PdfRun(const PdfOptions& options, RunWatcher& watcher) : options_(options), watcher_(watcher) {}
 
     PdfResult run() {
+        const bool givesPdf = options_.operation != PdfOperation::Inks && options_.operation != PdfOperation::Boxes &&
+                              options_.operation != PdfOperation::Jpeg;
+        if (!givesPdf) refuseOverwriting(options_.outputPath, input(), "the PDF file");
         switch (options_.operation) {
             case PdfOperation::Underlay:
                 return underlay();

@@ -5,11 +5,14 @@
 
 namespace companion {
 
-/// A file that appears under its name when it is whole. The temporary file beside it is made at once, so that a
-/// folder that can't be written is told before the work and not after it.
+/// A file that appears under its name when it is whole. The hidden temporary file beside it is made at once, so that a
+/// folder that can't be written is told before the work and not after it. A process that is killed leaves at most that
+/// file, and the next one that writes the same output takes it away.
 class WholeFile {
   public:
-    /// `what` names the file in errors: "the report". Throws Error.
+    /// `what` names the file in errors: "the report". A symbolic link is followed: the file that it names is replaced.
+    /// Throws Error when the folder isn't there or can't be written, or when something that isn't an ordinary writable
+    /// file stands under the name.
     WholeFile(const std::string& what, const std::string& path);
     /// Without finish(): takes the temporary file away.
     ~WholeFile();
@@ -20,11 +23,16 @@ class WholeFile {
     void finish(std::string_view bytes);
 
   private:
-    [[noreturn]] void fail(const std::string& why, int reason);
+    void checkPlace() const;
+    void removeLeftFiles() const;
+    void makeTemporaryFile();
+    [[noreturn]] void fail(int reason) const;
+    [[noreturn]] void refuse(const std::string& why) const;
 
     std::string what_;
-    std::string path_;
-    std::string temporaryPath_;
+    std::string shownPath_;      ///< as asked for, for messages
+    std::string path_;           ///< links followed
+    std::string temporaryPath_;  ///< empty when there is none
     int descriptor_ = -1;
 };
 

@@ -170,7 +170,9 @@ TEST_F(Pdf, BadInputIsOneSentenceAndNoFile) {
     expectFailure("$VORNASET pdf append front.pdf missing.pdf -o out.pdf", 1, "there is no file \"missing.pdf\".", all);
     expectFailure("$VORNASET pdf rewrite . -o out.pdf", 1, "\".\" isn't a file; name a PDF file.", all);
     expectFailure("$VORNASET pdf rewrite front.pdf -o missing/out.pdf", 1,
-                  "the output \"missing/out.pdf\" can't be written: No such file or directory.", all);
+                  "the output \"missing/out.pdf\" can't be written: there is no folder \"missing\"; make it or choose "
+                  "another one.",
+                  all);
     expectFailure("$VORNASET pdf scale front.pdf 0 -o out.pdf", 2,
                   "FACTOR needs a number above 0 and up to 1000, like 0.5, not \"0\".", all);
     expectFailure("$VORNASET pdf", 2,
