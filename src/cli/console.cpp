@@ -31,6 +31,22 @@ std::string replacementText(const companion::RunResult& result) {
     return text;
 }
 
+/// A file's name may hold line ends and worse, which must not break a line or reach the terminal.
+std::string onOneLine(const std::string& text) {
+    std::string line;
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code >= 0x20 && code != 0x7F) {
+            line += character;
+        } else {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02X", code);
+            line += character == '\n' ? "\\n" : escape;
+        }
+    }
+    return line;
+}
+
 }  // namespace
 
 Console::Console(Verbosity verbosity) : isQuiet_(verbosity == Verbosity::Quiet), showsBar_(!isQuiet_ && isTerminal()) {}
@@ -39,13 +55,17 @@ bool Console::goesOn(std::uint64_t pagesDone, std::uint64_t pagesTotal) {
     pagesDone_ = pagesDone;
     pagesTotal_ = pagesTotal;
     if (showsBar_) drawBar();
-    return notedSignal() == 0;
+    return !isToStop();
+}
+
+bool Console::isToStop() const {
+    return notedSignal() != 0;
 }
 
 void Console::warn(const std::string& clause) {
     if (isQuiet_ || ++warnings_ > shownWarnings) return;
     clearBar();
-    std::fprintf(stderr, "vornaset: warning: %s.\n", clause.c_str());
+    std::fprintf(stderr, "vornaset: warning: %s.\n", onOneLine(clause).c_str());
 }
 
 void Console::writingBegins() {
@@ -70,11 +90,14 @@ void Console::summary(const companion::RunResult& result, const std::string& out
     if (!result.problems.empty()) {
         const companion::ProblemPage& first = result.problems.front();
         line += " (first: " + first.kind + ", page " + std::to_string(first.page) + ", record " +
-                std::to_string(first.record) + ")";
+                std::to_string(first.record);
+        if (!first.column.empty()) line += ", column \"" + first.column + "\", \"" + first.file + "\"";
+        if (!first.reason.empty()) line += ": " + first.reason;
+        line += ")";
     }
     if (!result.replacedFonts.empty()) line += "; fonts replaced: " + replacementText(result);
     if (!result.missingCharacters.empty()) line += "; no font has " + result.missingCharacters;
-    print(line + "\n");
+    print(onOneLine(line) + "\n");
 }
 
 void Console::drawBar() {
@@ -99,7 +122,7 @@ void Console::clearBar() {
 }
 
 void printError(const std::string& sentence) {
-    std::fprintf(stderr, "vornaset: %s\n", sentence.c_str());
+    std::fprintf(stderr, "vornaset: %s\n", onOneLine(sentence).c_str());
 }
 
 bool print(const std::string& text) {

@@ -16,6 +16,7 @@ class Console : public companion::RunWatcher {
     explicit Console(Verbosity verbosity);
 
     bool goesOn(std::uint64_t pagesDone, std::uint64_t pagesTotal) override;
+    bool isToStop() const override;
     void warn(const std::string& clause) override;
     void writingBegins() override;
 

@@ -8,6 +8,8 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/interruption.h"
+#include "cli/standard_streams.h"
+#include "companion/error.h"
 
 namespace cli {
 namespace {
@@ -105,12 +107,16 @@ int execute(const PdfCommand& command) {
 
 int run(int argumentCount, const char* const* arguments) {
     try {
+        holdStandardStreams();
         watchSignals();
         Command command = parseCommandLine(argumentCount, arguments);
         return std::visit([](const auto& chosen) { return execute(chosen); }, command);
     } catch (const UsageError& error) {
         printError(error.what());
         return exitWrongUsage;
+    } catch (const companion::Stopped& error) {
+        printError(error.what());
+        return exitSignalBase + (notedSignal() ? notedSignal() : SIGINT);
     } catch (const std::exception& error) {
         printError(error.what());
         return exitFailed;

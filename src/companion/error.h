@@ -27,4 +27,10 @@ class Error : public std::runtime_error {
     DataPlace place_;
 };
 
+/// A run that ended because its watcher wanted it to. No file was written.
+class Stopped : public Error {
+  public:
+    Stopped() : Error("stopped; no file was written.") {}
+};
+
 }  // namespace companion

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
@@ -32,5 +33,15 @@ inline constexpr std::size_t delimiterSampleRecords = 100;
 
 /// Bytes that are looked at for the same purpose, so that one record of a gigabyte isn't walked three times.
 inline constexpr std::size_t delimiterSampleBytes = std::size_t{256} * 1024;
+
+/// What another program may take for one barcode.
+struct BarcodeLimits {
+    /// A symbol takes milliseconds; a program that takes this long waits for something that won't come, and would for
+    /// every record.
+    std::chrono::milliseconds time{20'000};
+
+    /// Bytes that it may print. A symbol of bars has a few thousand.
+    std::size_t bytes = 16'000'000;
+};
 
 }  // namespace companion

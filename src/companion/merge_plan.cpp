@@ -30,14 +30,14 @@ std::string gapsIn(const std::set<std::uint64_t>& numbers) {
     return text;
 }
 
-void warnOfNumbers(const std::set<std::uint64_t>& numbers, MergePlan& plan) {
+void warnOfNumbers(const std::set<std::uint64_t>& numbers, std::uint64_t lastPlace, MergePlan& plan) {
     if (numbers.empty()) {
         plan.warnings.push_back("no frame of the template has a number, so no record is printed");
         return;
     }
     std::string gaps = gapsIn(numbers);
     if (!gaps.empty()) plan.warnings.push_back("the frame numbers have gaps, no frame has the number " + gaps);
-    if (plan.offset > *numbers.rbegin())
+    if (plan.offset > std::max(*numbers.rbegin(), lastPlace))
         plan.warnings.push_back("an offset of " + std::to_string(plan.offset) +
                                 " is more than the largest frame number, " + std::to_string(*numbers.rbegin()) +
                                 ": the records between are printed nowhere");
@@ -46,7 +46,7 @@ void warnOfNumbers(const std::set<std::uint64_t>& numbers, MergePlan& plan) {
 }  // namespace
 
 MergePlan planMerge(std::uint64_t rowCount, const std::vector<std::int64_t>& frameNumbers, std::uint64_t pages,
-                    const MergeRange& range) {
+                    const MergeRange& range, std::uint64_t lastPlace) {
     std::set<std::uint64_t> numbers;
     for (std::int64_t number : frameNumbers)
         if (number > 0) numbers.insert(static_cast<std::uint64_t>(number));
@@ -72,7 +72,7 @@ MergePlan planMerge(std::uint64_t rowCount, const std::vector<std::int64_t>& fra
 
     std::uint64_t behindLastFrame = (plan.pageSets - 1) * plan.offset + plan.startNr + largest - 1;
     if (behindLastFrame > plan.rows) plan.padding = behindLastFrame - plan.rows;
-    warnOfNumbers(numbers, plan);
+    warnOfNumbers(numbers, lastPlace, plan);
     return plan;
 }
 

@@ -29,9 +29,10 @@ struct MergePlan {
 };
 
 /// `frameNumbers` are those of the template's frames, in any order, 0 and repetitions allowed; `pages` is the
-/// template's page count. Throws Error when no record lies behind the start and when the export would have more pages
-/// than the border can count (2^31 - 1).
+/// template's page count; `lastPlace` is the last place of a page set, from 1, whose record a story reaches by walking
+/// through records, 0 when none does. Throws Error when no record lies behind the start and when the export would have
+/// more pages than the border can count (2^31 - 1).
 MergePlan planMerge(std::uint64_t rowCount, const std::vector<std::int64_t>& frameNumbers, std::uint64_t pages,
-                    const MergeRange& range);
+                    const MergeRange& range, std::uint64_t lastPlace = 0);
 
 }  // namespace companion

@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "companion/barcode_source.h"
 #include "companion/error.h"
 #include "companion/mapping_rules.h"
+#include "companion/output_places.h"
 #include "companion/problem_keeper.h"
 #include "companion/report.h"
 #include "companion/rows_view.h"
@@ -20,20 +23,19 @@
 namespace companion {
 namespace {
 
-bool isSameFile(const std::string& one, const std::string& other) {
-    std::error_code ignored;
-    return !one.empty() && !other.empty() && std::filesystem::equivalent(one, other, ignored);
-}
-
-void refuseOverwriting(const std::string& output, const std::string& input, const char* what) {
-    if (isSameFile(output, input))
-        throw Error("the output \"" + output + "\" is " + what + " itself; choose another name.");
-}
-
 void checkOutput(const std::string& output) {
+    if (output.empty()) throw Error("the output has no name; give it a file name with --output.");
     std::error_code ignored;
     if (std::filesystem::is_directory(output, ignored))
         throw Error("the output \"" + output + "\" is a folder; name a file in it.");
+}
+
+void checkOutputs(const MergeOptions& options) {
+    refuseOverwritingInputs(options, options.outputPath);
+    refuseOverwritingInputs(options, options.reportPath);
+    checkOutput(options.outputPath);
+    if (isSamePlace(options.reportPath, options.outputPath))
+        throw Error("the report and the output have the same name, \"" + options.outputPath + "\"; choose two.");
 }
 
 class Warnings {
@@ -60,6 +62,17 @@ class Warnings {
                 " has placeholders, but its first frame has no number: they are printed as they stand");
         for (auto& [style, record] : check.missingStyles)
             add("the template lacks the character style \"" + style + "\" of record " + std::to_string(record));
+    }
+
+    /// Of stories that walk through more records than the run moves on by.
+    void addRepetitions(const TemplateFacts& facts, std::uint64_t offset) {
+        for (const StoryFacts& story : facts.stories) {
+            const std::uint64_t shown = story.recordsShown();
+            if (shown < 2 || story.lastPlace() <= offset) continue;
+            add("story " + story.name + " shows " + std::to_string(shown) + " records (keys that end in \"#\"), and " +
+                "the run moves on by " + std::to_string(offset) +
+                ": records are printed more than once; say another --offset");
+        }
     }
 
   private:
@@ -128,29 +141,51 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
     for (const std::string& simplification : place.open().simplifications()) warnings.add(simplification);
 }
 
+/// What a run has about it.
+struct Surroundings {
+    RunFolder& temporary;
+    const BarcodeSource& barcodes;
+};
+
+/// In the order of pages and records, whatever order frames were filled in.
+void sortProblems(std::vector<ProblemPage>& problems) {
+    std::stable_sort(problems.begin(), problems.end(), [](const ProblemPage& one, const ProblemPage& other) {
+        return std::tie(one.page, one.record) < std::tie(other.page, other.record);
+    });
+}
+
 void exportRecords(Workplace& place, const std::string& output, const MergePlan& plan, const vornaset::Dictionary& job,
-                   RunFolder& temporary, RunWatcher& watcher, RunResult& result) {
+                   const Surroundings& surroundings, RunWatcher& watcher, RunResult& result) {
+    const BarcodeSource& barcodes = surroundings.barcodes;
     PasteboardOfRun pasteboard;
-    ProblemKeeper keeper(place.facts(), plan.rows, result.problems);
+    ProblemKeeper keeper(place.facts(), plan.rows, result.problems,
+                         [&](vornaset::ProblemKind kind, const std::string& path) {
+                             return kind == vornaset::ProblemKind::ImportFailed ? place.open().lastPictureFailure()
+                                                                                : barcodes.whyNone(path);
+                         });
     pasteboard.post(job);
     try {
-        exportSets(place, output, plan.pageSets, &temporary, watcher, result);
+        exportSets(place, output, plan.pageSets, &surroundings.temporary, watcher, result);
     } catch (const desk::PlugInFailure& failure) {
-        if (!keeper.failure().empty()) throw Error(keeper.failure());
+        for (const std::string& known : {keeper.failure(), barcodes.failure()})
+            if (!known.empty()) throw Error(known);
         throw Error("the template \"" + place.facts().path + "\", page " + std::to_string(failure.pageIndex + 1) +
                     " of the export: the merge failed: " + failure.what() + ".");
+    }
+    sortProblems(result.problems);
+}
+
+/// The PDF stands under its name by now.
+void finishReport(WholeFile& report, const MergeOptions& options, const RunResult& result) {
+    try {
+        report.finish(reportText(options, result));
+    } catch (const Error& error) {
+        throw Error(std::string(error.what()) + " The output \"" + options.outputPath + "\" is there and whole.");
     }
 }
 
 RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
-    for (const std::string& written : {options.outputPath, options.reportPath}) {
-        refuseOverwriting(written, options.openTemplate.path, "the template");
-        refuseOverwriting(written, options.dataPath, "the data file");
-        refuseOverwriting(written, options.rulesPath, "the rules file");
-    }
-    checkOutput(options.outputPath);
-    if (!options.reportPath.empty() && options.reportPath == options.outputPath)
-        throw Error("the report and the output have the same name, \"" + options.outputPath + "\"; choose two.");
+    checkOutputs(options);
 
     RunResult result;
     Warnings warnings(watcher, result);
@@ -160,26 +195,30 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
     warnings.addAll(table->warnings());
 
     Workplace place(options.openTemplate);
-    MergePlan plan =
-        planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(), options.range);
+    std::uint64_t lastPlace = 0;
+    for (const StoryFacts& story : place.facts().stories) lastPlace = std::max(lastPlace, story.lastPlace());
+    MergePlan plan = planMerge(table->rowCount(), place.facts().frameNumbers(), place.facts().pages.size(),
+                               options.range, lastPlace);
     for (const std::string& warning : plan.warnings) warnings.add(warning);
     const TemplateCheck check = checkTemplate(place.facts(), *table, rules);
     refuseMissingColumns(check, options.dataPath);
     warnings.addAll(check);
+    warnings.addRepetitions(place.facts(), plan.offset);
+    watcher.writingBegins();
     std::unique_ptr<WholeFile> report;
     if (!options.reportPath.empty()) report = std::make_unique<WholeFile>("the report", options.reportPath);
 
     vornaset::setupRules(ruleObjects(rules));
     result.records = plan.records;
-    const BarcodeSource barcodes(options.barcodeTool);
+    const BarcodeSource barcodes(options.barcodeTool, [&] { return watcher.isToStop(); });
     RunFolder temporary;
     const std::string output = std::filesystem::absolute(options.outputPath).string();
     {
         const WorkingFolder pictures(imagesFolder(options));
-        exportRecords(place, output, plan, makeJob(std::move(table), plan, options.emptyLines, barcodes), temporary,
-                      watcher, result);
+        exportRecords(place, output, plan, makeJob(std::move(table), plan, options.emptyLines, barcodes),
+                      {temporary, barcodes}, watcher, result);
     }
-    if (report && result.outcome == RunOutcome::Finished) report->finish(reportText(options, result));
+    if (report && result.outcome == RunOutcome::Finished) finishReport(*report, options, result);
     return result;
 }
 

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "companion/error.h"
+#include "companion/output_places.h"
 #include "companion/run_folder.h"
 #include "companion/whole_file.h"
 #include "companion/workplace.h"
@@ -61,6 +63,31 @@ std::string drawn(const std::string& pdf, std::uint64_t page, int pixelsPerInch)
         "(mupdf-tools).");
 }
 
+/// Ctrl-C at a terminal reaches the drawing program too, which then gives no picture.
+std::string drawnUnlessStopped(const std::string& pdf, std::uint64_t page, int pixelsPerInch,
+                               const RunWatcher& watcher) {
+    std::string picture;
+    try {
+        picture = drawn(pdf, page, pixelsPerInch);
+    } catch (const Error&) {
+        if (!watcher.isToStop()) throw;
+    }
+    if (watcher.isToStop()) throw Stopped();
+    return picture;
+}
+
+/// The temporary folder isn't the user's choice of a place, so a sentence about it must say what can be chosen.
+RunResult mergeInto(const RunFolder& folder, const MergeOptions& options, RunWatcher& watcher) {
+    try {
+        return runMerge(options, watcher);
+    } catch (const Error& error) {
+        if (std::string(error.what()).find(folder.path()) == std::string::npos) throw;
+        throw Error("the page can't be written into the temporary folder \"" +
+                    fs::path(folder.path()).parent_path().string() +
+                    "\"; make room there or set TMPDIR to another folder.");
+    }
+}
+
 /// The first page with a frame that shows the record at this place of the page set.
 std::uint64_t pageOfPlace(const TemplateFacts& facts, std::int64_t number) {
     for (const FrameFacts& frame : facts.frames)
@@ -72,6 +99,7 @@ std::uint64_t pageOfPlace(const TemplateFacts& facts, std::int64_t number) {
 
 std::string runPreview(const PreviewOptions& options, RunWatcher& watcher) {
     return withOneKindOfError([&] {
+        refuseOverwritingInputs(options.merge, options.imagePath);
         std::uint64_t offset = 1, page = options.page, pages = 0;
         MergeOptions merge = options.merge;
         {
@@ -87,15 +115,16 @@ std::string runPreview(const PreviewOptions& options, RunWatcher& watcher) {
         if (page > pages)
             throw Error("the template has " + std::to_string(pages) + (pages == 1 ? " page" : " pages") +
                         ", so there is no page " + std::to_string(page) + " for --page.");
+        watcher.writingBegins();
         WholeFile image("the picture", options.imagePath);
         RunFolder folder;
         merge.outputPath = folder.path() + "/page.pdf";
         merge.reportPath.clear();
         merge.range.start = (options.record - 1) / offset * offset + 1;
         merge.range.count = offset;
-        const RunResult result = runMerge(merge, watcher);
-        if (result.outcome == RunOutcome::Stopped) throw Error("stopped; no file was written.");
-        image.finish(drawn(merge.outputPath, page, options.pixelsPerInch));
+        const RunResult result = mergeInto(folder, merge, watcher);
+        if (result.outcome == RunOutcome::Stopped) throw Stopped();
+        image.finish(drawnUnlessStopped(merge.outputPath, page, options.pixelsPerInch, watcher));
         return options.imagePath + ": record " + std::to_string(options.record) + ", page " + std::to_string(page) +
                " of its page set\n";
     });

@@ -16,7 +16,8 @@ struct PreviewOptions {
 };
 
 /// Draws the page on which a merge of all records shows this one, with the other records of that page. Gives a line
-/// that tells what was written. Throws Error, also when the machine has no program that draws PDF pages.
+/// that tells what was written. Throws Error, also when the machine has no program that draws PDF pages; Stopped
+/// when the watcher wants an end.
 std::string runPreview(const PreviewOptions& options, RunWatcher& watcher);
 
 }  // namespace companion

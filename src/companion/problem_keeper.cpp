@@ -2,10 +2,28 @@
 
 #include <utility>
 
+#include "support/paths.h"
+
 namespace companion {
 
-ProblemKeeper::ProblemKeeper(const TemplateFacts& facts, std::uint64_t realRows, std::vector<ProblemPage>& problems)
-    : facts_(facts), realRows_(realRows), problems_(problems), former_(vornaset::setMergeObserver(this)) {}
+namespace {
+
+/// What a person knows: of a file that the run made for itself the name, of the run's folder nothing.
+std::string knownPath(const std::string& path) {
+    const std::string folder = vornaset::temporaryPath(nullptr, nullptr).utf8();
+    if (path == folder) return {};
+    return path.starts_with(folder + "/") ? path.substr(folder.size() + 1) : path;
+}
+
+}  // namespace
+
+ProblemKeeper::ProblemKeeper(const TemplateFacts& facts, std::uint64_t realRows, std::vector<ProblemPage>& problems,
+                             WhyNoPicture whyNoPicture)
+    : facts_(facts),
+      realRows_(realRows),
+      problems_(problems),
+      whyNoPicture_(std::move(whyNoPicture)),
+      former_(vornaset::setMergeObserver(this)) {}
 
 ProblemKeeper::~ProblemKeeper() {
     vornaset::setMergeObserver(former_);
@@ -24,7 +42,12 @@ void ProblemKeeper::problem(vornaset::ProblemKind kind, const vornaset::MergePla
     }
     if (const StoryFacts* story = facts_.story(place.story.GetUID().Get())) problem.story = story->name;
     problem.column = place.column.utf8();
-    problem.file = place.path.utf8();
+    problem.file = knownPath(place.path.utf8());
+    const bool isEmptyCell = kind == vornaset::ProblemKind::ImportFailed && problem.file.empty();
+    if (isEmptyCell)
+        problem.reason = "the cell is empty.";
+    else if (whyNoPicture_ && !problem.column.empty())
+        problem.reason = whyNoPicture_(kind, problem.file);
     problems_.push_back(std::move(problem));
 }
 
@@ -32,8 +55,9 @@ void ProblemKeeper::rangeFailure(const vornaset::MergePlace& place, const vornas
     const StoryFacts* story = facts_.story(place.story.GetUID().Get());
     failure_ = "the template \"" + facts_.path + "\", story " + (story ? story->name : std::string("?")) + ", record " +
                std::to_string(place.row + 1) +
-               ": a placeholder that moves on to the next record (its key ends in \"#\") finds none; end the run "
-               "earlier with --count or take the \"#\" away.";
+               ": a placeholder that moves on to the next record (its key ends in \"#\") finds none; give --offset the "
+               "number of records that the story shows, fill the last page with empty records, and leave the story's "
+               "last placeholder without \"#\".";
 }
 
 }  // namespace companion

@@ -17,6 +17,7 @@ std::string reportText(const MergeOptions& options, const RunResult& result) {
         if (!problem.column.empty()) {
             told["column"] = problem.column;
             told["file"] = problem.file;
+            if (!problem.reason.empty()) told["reason"] = problem.reason;
         }
         problems.push_back(std::move(told));
     }

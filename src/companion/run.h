@@ -16,6 +16,8 @@ class RunWatcher {
     virtual ~RunWatcher() = default;
     /// After every page. False ends the run without a file.
     virtual bool goesOn(std::uint64_t pagesDone, std::uint64_t pagesTotal) = 0;
+    /// The same answer the other way round, between two pages: asked while the run waits for another program.
+    virtual bool isToStop() const = 0;
     /// Something that the user should know and that doesn't end the run: a clause without full stop.
     virtual void warn(const std::string& clause) = 0;
     /// From here on a file is being written, which an end of the process would leave behind.
@@ -53,6 +55,7 @@ struct ProblemPage {
     std::string story;         ///< likewise; empty for an image frame
     std::string column;        ///< that feeds an image frame; empty for text
     std::string file;          ///< of an image frame: what the cell says, or the file that can't be imported
+    std::string reason;        ///< why an image frame has no picture, in a sentence or two; may be empty
     bool operator==(const ProblemPage&) const = default;
 };
 

@@ -86,9 +86,16 @@ RunFolder::RunFolder() {
     if (descriptor_ < 0)
         throw Error("no temporary folder can be kept in \"" + base + "\"; set TMPDIR to another folder.");
     vornaset::setTemporaryFolder(vornaset::String::fromDamagedUTF8(path_));
+    // Programs that the run starts put their files there too, and may be killed before they take them away.
+    if (const char* former = std::getenv("TMPDIR")) formerTmpdir_ = former;
+    ::setenv("TMPDIR", path_.c_str(), 1);
 }
 
 RunFolder::~RunFolder() {
+    if (formerTmpdir_)
+        ::setenv("TMPDIR", formerTmpdir_->c_str(), 1);
+    else
+        ::unsetenv("TMPDIR");
     vornaset::setTemporaryFolder(nullptr);
     std::error_code ignored;
     fs::remove_all(path_, ignored);

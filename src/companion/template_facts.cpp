@@ -140,6 +140,17 @@ const Facts* withUid(const std::vector<Facts>& all, std::uint32_t uid) {
 
 }  // namespace
 
+std::uint64_t StoryFacts::recordsShown() const {
+    std::uint64_t records = 1;
+    for (std::size_t index = 0; index + 1 < placeholders.size(); ++index)
+        if (placeholders[index].advancesRow) ++records;
+    return records;
+}
+
+std::uint64_t StoryFacts::lastPlace() const {
+    return number < 1 ? 0 : static_cast<std::uint64_t>(number) - 1 + recordsShown();
+}
+
 const FrameFacts* TemplateFacts::frame(std::uint32_t uid) const {
     return withUid(frames, uid);
 }

@@ -42,6 +42,12 @@ struct StoryFacts {
     std::int64_t number = 0;       ///< of its first frame
     std::size_t characters = 0;    ///< UTF-16 units without the last carriage return
     std::vector<FoundPlaceholder> placeholders;
+
+    /// How many records the story walks through by placeholders that move on to the next one; 1 without such.
+    std::uint64_t recordsShown() const;
+    /// The place within a page set, from 1, of the last of these records; 0 for a story that takes no part in the
+    /// merge.
+    std::uint64_t lastPlace() const;
 };
 
 struct ReplacedFont {

@@ -59,6 +59,12 @@ TEST(MergePlan, AStartBehindTheLastRecordIsRefused) {
     }
 }
 
+TEST(MergePlan, RecordsBetweenPageSetsAreToldUnlessAStoryWalksThroughThem) {
+    EXPECT_EQ(planMerge(10, {1}, 1, range(1, {}, 3)).warnings.size(), 1u);
+    EXPECT_EQ(planMerge(10, {1}, 1, range(1, {}, 3), 2).warnings.size(), 1u);
+    EXPECT_TRUE(planMerge(10, {1}, 1, range(1, {}, 3), 3).warnings.empty());
+}
+
 TEST(MergePlan, GapsInTheNumbersAreTold) {
     EXPECT_EQ(planMerge(10, {1, 2, 4, 8}, 1, {}).warnings,
               std::vector<std::string>{"the frame numbers have gaps, no frame has the number 3, 5 to 7"});

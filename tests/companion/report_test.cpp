@@ -10,6 +10,7 @@
 
 #include "companion/error.h"
 #include "companion/problem_keeper.h"
+#include "support/paths.h"
 
 namespace companion {
 namespace {
@@ -45,7 +46,9 @@ TEST_F(Report, TellsCountsAndEveryProblem) {
     result.records = 3;
     result.pages = 6;
     result.pageSets = 3;
-    result.problems = {{"overset", 2, 1, "u7", "u1", "", ""}, {"missingImg", 4, 2, "u9", "", "photo", "a.jpg"}};
+    result.problems = {{"overset", 2, 1, "u7", "u1", "", "", ""},
+                       {"missingImg", 4, 2, "u9", "", "photo", "a.jpg", ""},
+                       {"importFailed", 6, 3, "u9", "", "photo", "b.jpg", "It is empty."}};
     result.warnings = {"a \"warning\""};
     result.replacedFonts = {{"Foo", "Bar"}};
     EXPECT_EQ(reportText(options, result),
@@ -72,6 +75,16 @@ TEST_F(Report, TellsCountsAndEveryProblem) {
               "      \"story\": \"\",\n"
               "      \"column\": \"photo\",\n"
               "      \"file\": \"a.jpg\"\n"
+              "    },\n"
+              "    {\n"
+              "      \"kind\": \"importFailed\",\n"
+              "      \"page\": 6,\n"
+              "      \"record\": 3,\n"
+              "      \"frame\": \"u9\",\n"
+              "      \"story\": \"\",\n"
+              "      \"column\": \"photo\",\n"
+              "      \"file\": \"b.jpg\",\n"
+              "      \"reason\": \"It is empty.\"\n"
               "    }\n"
               "  ],\n"
               "  \"warnings\": [\n"
@@ -139,9 +152,33 @@ TEST(ProblemKeeper, NamesPageRecordFrameAndStoryAsInfoDoes) {
     keeper.problem(vornaset::ProblemKind::Overset, place);
     place.row = -1;
     keeper.problem(vornaset::ProblemKind::Overset, place);
-    EXPECT_EQ(problems, (std::vector<ProblemPage>{{"overset", 15, 5, "u7", "u8", "", ""},
-                                                  {"missingImg", 15, 5, "u7", "", "photo", "a.jpg"}}))
+    EXPECT_EQ(problems, (std::vector<ProblemPage>{{"overset", 15, 5, "u7", "u8", "", "", ""},
+                                                  {"missingImg", 15, 5, "u7", "", "photo", "a.jpg", ""}}))
         << "padding and rows before the first are no problems";
+}
+
+TEST(ProblemKeeper, TellsWhyAPictureIsMissingAndNothingOfTheRunsFolder) {
+    const TemplateFacts facts;
+    std::vector<ProblemPage> problems;
+    ProblemKeeper keeper(facts, 5, problems, [](vornaset::ProblemKind kind, const std::string& path) {
+        return std::string(vornaset::nameOf(kind)) + " " + path;
+    });
+    vornaset::MergePlace place;
+    keeper.problem(vornaset::ProblemKind::Overset, place);
+    place.column = u"photo";
+    place.path = u"a.jpg";
+    keeper.problem(vornaset::ProblemKind::MissingImage, place);
+    place.path = vornaset::temporaryPath(nullptr, nullptr);  // what an empty cell leads to
+    keeper.problem(vornaset::ProblemKind::ImportFailed, place);
+    place.path = vornaset::temporaryPath(u"4006381333931", u"pdf");
+    keeper.problem(vornaset::ProblemKind::ImportFailed, place);
+    ASSERT_EQ(problems.size(), 4u);
+    EXPECT_EQ(problems[0].reason, "");
+    EXPECT_EQ(problems[1].reason, "missingImg a.jpg");
+    EXPECT_EQ(problems[2].file, "");
+    EXPECT_EQ(problems[2].reason, "the cell is empty.");
+    EXPECT_EQ(problems[3].file, "4006381333931.pdf");
+    EXPECT_EQ(problems[3].reason, "importFailed 4006381333931.pdf");
 }
 
 TEST(ProblemKeeper, ARowThatIsMissingGivesTheSentenceOfTheRun) {
@@ -162,7 +199,8 @@ TEST(ProblemKeeper, ARowThatIsMissingGivesTheSentenceOfTheRun) {
         EXPECT_EQ(
             keeper.failure(),
             "the template \"t.idml\", story u8, record 5: a placeholder that moves on to the next record (its key ends "
-            "in \"#\") finds none; end the run earlier with --count or take the \"#\" away.");
+            "in \"#\") finds none; give --offset the number of records that the story shows, fill the last page with "
+            "empty records, and leave the story's last placeholder without \"#\".");
     }
     EXPECT_EQ(vornaset::mergeObserver(), nullptr);
 }

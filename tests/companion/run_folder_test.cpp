@@ -36,6 +36,16 @@ class InATemporaryFolder : public ::testing::Test {
 
 using RunFolders = InATemporaryFolder;
 
+TEST_F(RunFolders, ProgramsThatTheRunStartsPutTheirFilesThereToo) {
+    {
+        const RunFolder folder;
+        EXPECT_EQ(std::getenv("TMPDIR"), folder.path());
+        std::ofstream(fs::path(std::getenv("TMPDIR")) / "left_by_a_killed_program") << "x";
+    }
+    EXPECT_EQ(std::getenv("TMPDIR"), base.string());
+    EXPECT_TRUE(fs::is_empty(base));
+}
+
 TEST_F(RunFolders, TheRunSeesItsFolderAsTheTemporaryOneAndLeavesNothing) {
     {
         RunFolder folder;
