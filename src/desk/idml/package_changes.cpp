@@ -14,16 +14,21 @@ namespace {
 
 constexpr const char* mapMember = "designmap.xml";
 
-/// The largest number of ids of the form "u" and hexadecimal digits that stand in a text.
+/// The largest number of ids of the form "u" and hexadecimal digits that stand in a text. Ids with more digits than any
+/// program gives are passed over.
 void raiseToIds(std::string_view text, uint64_t& highest) {
-    constexpr std::string_view mark = "Self=\"u";
-    constexpr size_t longest = 12;
-    for (size_t at = text.find(mark); at != std::string_view::npos; at = text.find(mark, at)) {
-        at += mark.size();
+    constexpr std::string_view name = "Self";
+    constexpr size_t mostDigits = 15;
+    const auto behindBlanks = [&](size_t at) { return std::min(text.find_first_not_of(" \t\r\n", at), text.size()); };
+    for (size_t at = text.find(name); at != std::string_view::npos; at = text.find(name, at)) {
+        at = behindBlanks(at + name.size());
+        if (at == text.size() || text[at] != '=') continue;
+        at = behindBlanks(at + 1);
+        const std::string_view value = text.substr(at, mostDigits + 3);
+        if (!value.starts_with("\"u") && !value.starts_with("'u")) continue;
         uint64_t number = 0;
-        const std::string_view digits = text.substr(at, std::min(longest, text.size() - at));
-        std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
-        highest = std::max(highest, number);
+        const auto end = std::from_chars(value.data() + 2, value.data() + value.size(), number, 16).ptr;
+        if (end != value.data() + mostDigits + 3) highest = std::max(highest, number);
     }
 }
 
@@ -195,10 +200,11 @@ void PackageChanges::changeItem(const PageItem& was, const PageItem& is) {
     const IdOf ids = [this](Uid uid) { return idOf(uid); };
     auto texts = itemAttributeTexts(now_, is, ids);
     auto former = itemAttributeTexts(before_, was, ids);
-    if (is.parent != 0 && !now_.spreadLayer(is.parent)) {
-        std::erase_if(texts, [](const auto& text) { return text.first == "ItemLayer"; });
-        std::erase_if(former, [](const auto& text) { return text.first == "ItemLayer"; });
-    }
+    // Inside a group or a frame the layer is that of the item around, whatever the tag says.
+    const auto isLayer = [](const auto& text) { return text.first == "ItemLayer"; };
+    const bool isInside = is.parent != 0 && !now_.spreadLayer(is.parent);
+    if (isInside) std::erase_if(texts, isLayer);
+    if (isInside || (was.parent != 0 && !before_.spreadLayer(was.parent))) std::erase_if(former, isLayer);
     const bool pathChanged = is.kind != ItemKind::Graphic && is.path != was.path;
     if (texts == former && !pathChanged && is.labels.pairs() == was.labels.pairs()) return;
     const Place place = placeOfItem(was);
@@ -210,17 +216,16 @@ void PackageChanges::changeItem(const PageItem& was, const PageItem& is) {
         const auto stays = [&, sought = name](const auto& text) { return text.first == sought; };
         if (std::none_of(texts.begin(), texts.end(), stays)) part.removeAttribute(*place.element, name);
     }
+    const SourceElement* properties = place.element->child("Properties");
+    if (pathChanged && !properties)  // and so no labels either
+        return part.addFirst(*place.element, "<Properties>" + pathXml(is.path) + labelXml(is.labels) + "</Properties>");
     writeLabels(part, *place.element, was.labels, is.labels);
     if (!pathChanged) return;
-    const SourceElement* properties = place.element->child("Properties");
-    const SourceElement* geometry = properties ? properties->child("PathGeometry") : nullptr;
-    if (geometry) {
+    if (const SourceElement* geometry = properties->child("PathGeometry")) {
         part.insert(geometry->begin, pathXml(is.path));
         part.remove(geometry->begin, geometry->end);
-    } else if (properties) {
-        part.addFirst(*properties, pathXml(is.path));
     } else {
-        part.addFirst(*place.element, "<Properties>" + pathXml(is.path) + "</Properties>");
+        part.addFirst(*properties, pathXml(is.path));
     }
 }
 
@@ -259,10 +264,16 @@ void PackageChanges::fillContainer(const std::vector<Uid>& was, const std::vecto
 
 void PackageChanges::changeOrder() {
     // Containers that were there: spread layers, then items, the deepest first, so that what is moved takes its own new
-    // content along.
+    // content along and leaves behind what was moved out of it.
     struct Container {
         const std::vector<Uid>*was, *is;
         Place place;
+        int depth = 0;  ///< as the document is now
+    };
+    const auto depthOf = [&](const PageItem& item) {
+        int depth = 1;
+        for (const PageItem* around = now_.item(item.parent); around; around = now_.item(around->parent)) ++depth;
+        return depth;
     };
     std::vector<Container> containers;
     for (const std::vector<Uid>* spreads : {&before_.spreads, &before_.masterSpreads}) {
@@ -280,9 +291,10 @@ void PackageChanges::changeOrder() {
     const std::vector<Uid> items = itemsIn(before_);
     for (Uid uid : items)
         if (isThere_.contains(uid) && before_.item(uid)->children != now_.item(uid)->children)
-            containers.push_back(
-                {&before_.item(uid)->children, &now_.item(uid)->children, placeOfItem(*before_.item(uid))});
-    std::reverse(containers.begin(), containers.end());
+            containers.push_back({&before_.item(uid)->children, &now_.item(uid)->children,
+                                  placeOfItem(*before_.item(uid)), depthOf(*now_.item(uid))});
+    std::stable_sort(containers.begin(), containers.end(),
+                     [](const Container& a, const Container& b) { return a.depth > b.depth; });
     for (Uid uid : wasThere_)
         if (isThere_.contains(uid) && before_.item(uid)->parent != now_.item(uid)->parent) moved_.insert(uid);
     for (const Container& container : containers) {
@@ -297,15 +309,15 @@ void PackageChanges::changeOrder() {
                 moved_.insert(uid);
         }
     }
+    for (Uid uid : moved_) {
+        const Place place = placeOfItem(*before_.item(uid));
+        if (before_.item(uid)->parent != 0) place.part->editor->remove(*place.element);
+    }
     for (const Container& container : containers) {
         if (*container.was == *container.is) continue;
         if (!container.place.element)
             throw InputError(package_.name() + ": a spread can't be found in its part; export the document again.");
         fillContainer(*container.was, *container.is, container.place);
-    }
-    for (Uid uid : moved_) {
-        const Place place = placeOfItem(*before_.item(uid));
-        if (before_.item(uid)->parent != 0) place.part->editor->remove(*place.element);
     }
 }
 
@@ -442,7 +454,7 @@ void PackageChanges::changeMap() {
     }
     for (Uid uid : now_.stories)
         if (!before_.story(uid) && !idOf(uid).empty()) list = withReference(list, idOf(uid));
-    if (list != former) map_->editor->setAttribute(root, "StoryList", list);
+    if (list != former && root.attribute("StoryList")) map_->editor->setAttribute(root, "StoryList", list);
     for (const Layer& layer : now_.layers) {
         const Layer* was = before_.layer(layer.uid);
         root.eachChild([&](const SourceElement& child) {

@@ -97,12 +97,12 @@ std::vector<PartEditor::Edit> PartEditor::allEdits() const {
     return edits;
 }
 
-/// The edits inside a range; one that takes away `kept` itself is left out.
+/// The edits inside a range; of those around `kept`, one that takes it away and what goes in beside it, none counts.
 std::string PartEditor::rendered(size_t begin, size_t end, const SourceElement* kept) const {
     std::string text;
     size_t at = begin;
     for (const Edit& edit : allEdits()) {
-        if (edit.begin < at || edit.end > end || (kept && edit.begin <= begin)) continue;
+        if (edit.begin < at || edit.end > end || (kept && (edit.begin <= begin || edit.begin >= end))) continue;
         text += source_.text(at, edit.begin);
         text += edit.xml;
         at = edit.end;

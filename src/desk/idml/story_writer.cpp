@@ -208,7 +208,7 @@ class StoryWriter {
     }
 
   private:
-    std::vector<TextChange> wholeTokens(std::vector<TextChange> changes) const;
+    std::vector<TextChange> wholeTokens(const std::vector<TextChange>& changes) const;
     void write(const TextChange& change);
     void writeLastFormats();
     std::vector<Spot> spotsFor(const TextChange& change) const;
@@ -225,35 +225,44 @@ class StoryWriter {
     StorySource source_;
 };
 
-/// A change that begins or ends inside a character of two units or inside a variable is widened to the whole of it.
-/// What lies between changes is the same on both sides, so both widen alike; changes that meet become one.
-std::vector<TextChange> StoryWriter::wholeTokens(std::vector<TextChange> changes) const {
+/// A change that begins or ends inside a character of two units or inside a variable is widened to the whole of it, and
+/// one in front of a bare ">" takes it in, because "]]>" can't stand in text. What lies between changes is the same on
+/// both sides, so both widen alike; changes that meet become one.
+std::vector<TextChange> StoryWriter::wholeTokens(const std::vector<TextChange>& changes) const {
     const auto continues = [&](int32_t position) {
         return static_cast<size_t>(position) < source_.places.size() &&
                source_.places[static_cast<size_t>(position)].continues;
     };
+    const auto isBareBracket = [&](int32_t position) {
+        return static_cast<size_t>(position) < source_.places.size() &&
+               part_.source().bytes()[source_.places[static_cast<size_t>(position)].begin] == '>';
+    };
     std::vector<TextChange> whole;
-    for (TextChange& change : changes) {
+    for (size_t i = 0; i < changes.size(); ++i) {
+        TextChange change = changes[i];
         while (continues(change.beforeStart)) {
             --change.beforeStart;
             --change.nowStart;
         }
-        while (continues(change.beforeEnd)) {
-            ++change.beforeEnd;
-            ++change.nowEnd;
+        for (;;) {
+            if (i + 1 < changes.size() && changes[i + 1].beforeStart <= change.beforeEnd) {
+                ++i;
+                change.beforeEnd = changes[i].beforeEnd;
+                change.nowEnd = changes[i].nowEnd;
+            } else if (continues(change.beforeEnd) || isBareBracket(change.beforeEnd)) {
+                ++change.beforeEnd;
+                ++change.nowEnd;
+            } else {
+                break;
+            }
         }
-        if (!whole.empty() && change.beforeStart <= whole.back().beforeEnd) {
-            // Units between the two, if any, were counted on one side by widening; both ends stay in step.
-            whole.back().beforeEnd = std::max(whole.back().beforeEnd, change.beforeEnd);
-            whole.back().nowEnd = std::max(whole.back().nowEnd, change.nowEnd);
-        } else {
-            whole.push_back(change);
-        }
+        whole.push_back(change);
     }
     return whole;
 }
 
-/// The places beside the change, the better first: inside the text before, inside the text behind, then by themselves.
+/// The places beside the change, the better first: inside the text before, inside the text behind, where the text was
+/// that goes, then by themselves.
 std::vector<Spot> StoryWriter::spotsFor(const TextChange& change) const {
     std::vector<Spot> spots;
     const auto beside = [&](int32_t unit, bool behind) {
@@ -269,7 +278,10 @@ std::vector<Spot> StoryWriter::spotsFor(const TextChange& change) const {
     };
     if (change.beforeStart > 0) beside(change.beforeStart - 1, true);
     if (change.beforeEnd < static_cast<int32_t>(source_.text.size())) beside(change.beforeEnd, false);
-    if (change.beforeStart < change.beforeEnd) beside(change.beforeStart, false);
+    if (change.beforeStart < change.beforeEnd) {
+        beside(change.beforeStart, false);
+        beside(change.beforeEnd - 1, true);
+    }
     if (!source_.text.empty()) return spots;
     // An empty story may have an empty range that says how its text is to look.
     const SourceElement* range = nullptr;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "desk/idml/values.h"
 #include "desk/model/document.h"
 
 namespace desk {
@@ -90,7 +91,15 @@ void XmlSource::fail(const std::string& what) const {
 
 std::string XmlSource::attributeText(const SourceElement& element, std::string_view name) const {
     const SourceAttribute* found = element.attribute(name);
-    return found ? decodedXml(text(found->begin, found->end)) : std::string();
+    if (!found) return {};
+    // Blanks that stand there as they are count as spaces (XML 1.0, 3.3.3); written as references they stay.
+    std::string meant;
+    for (std::string_view written = text(found->begin, found->end); !written.empty();) {
+        const WrittenCharacter next = firstCharacter(written, true);
+        appendUtf8(meant, isBlank(written[0]) ? U' ' : next.code);
+        written.remove_prefix(next.length);
+    }
+    return meant;
 }
 
 /// `at` is the tag's "<".
@@ -186,21 +195,15 @@ WrittenCharacter firstCharacter(std::string_view written, bool entities) {
     return {code, length};
 }
 
-std::string decodedXml(std::string_view written) {
-    std::string text;
-    text.reserve(written.size());
-    while (!written.empty()) {
-        const WrittenCharacter next = firstCharacter(written, true);
-        appendUtf8(text, next.code);
-        written.remove_prefix(next.length);
-    }
-    return text;
-}
-
 std::string escapedText(std::string_view utf8) {
+    std::u16string characters = toUtf16(utf8);
+    for (char16_t& c : characters) {
+        const bool isControl = c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r';
+        if (isControl || c >= 0xFFFE) c = u'\uFFFD';  // XML can't hold it, not even as a reference
+    }
     std::string text;
     text.reserve(utf8.size());
-    for (char c : utf8) {
+    for (char c : toUtf8(characters)) {
         if (c == '<')
             text += "&lt;";
         else if (c == '>')
@@ -209,8 +212,6 @@ std::string escapedText(std::string_view utf8) {
             text += "&amp;";
         else if (c == '\r')
             text += "&#xd;";
-        else if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n')
-            text += "\xEF\xBF\xBD";  // XML can't hold it, not even as a reference
         else
             text += c;
     }

@@ -61,7 +61,7 @@ class XmlSource {
     std::string_view text(size_t begin, size_t end) const {
         return std::string_view(bytes_).substr(begin, end - begin);
     }
-    /// The attribute's meaning; empty when absent.
+    /// The attribute's meaning as XML reads it, line ends and tabs as spaces; empty when absent.
     std::string attributeText(const SourceElement& element, std::string_view name) const;
 
   private:
@@ -74,9 +74,6 @@ class XmlSource {
     std::unique_ptr<SourceElement> root_;
 };
 
-/// Text as markup writes it, entities and character references resolved, line ends as XML reads them.
-std::string decodedXml(std::string_view written);
-
 /// What stands at the start of written text: one character with its bytes.
 struct WrittenCharacter {
     char32_t code = 0;
@@ -85,8 +82,8 @@ struct WrittenCharacter {
 /// `entities` is false inside CDATA. The text must not be empty.
 WrittenCharacter firstCharacter(std::string_view written, bool entities);
 
-/// Text as content and as the value of an attribute in double quotes. A control character that XML can't hold
-/// becomes U+FFFD.
+/// Text as content and as the value of an attribute in double quotes. What XML can't hold becomes U+FFFD: control
+/// characters, U+FFFE, U+FFFF and bytes that aren't UTF-8.
 std::string escapedText(std::string_view utf8);
 std::string escapedAttribute(std::string_view utf8);
 

@@ -144,6 +144,35 @@ TEST(Writing, ARemovedKeyGoesAndAKeyThatStandsTwiceIsChangedWhereItCounts) {
               (std::vector<std::pair<std::string, std::string>>{{"a", "4"}}));
 }
 
+TEST(Writing, AKeyIsReadAsXmlReadsAttributes) {
+    TestPackage package;
+    package.items = labelled("<KeyValuePair Key='a\nb' Value='1'/><KeyValuePair Key='a&#xa;b' Value='2'/>");
+    const auto document = package.read();
+    Labels& labels = document->itemWithSelf("uf1")->labels;
+    ASSERT_EQ(labels.get("a b"), "1");
+    ASSERT_EQ(labels.get("a\nb"), "2");
+    labels.set("a b", "'3'");
+    labels.set("a\nb", "");
+    EXPECT_NE(
+        memberOf(*document, spreadMember).find("<Label>\n  <KeyValuePair Key='a\nb' Value='&apos;3&apos;'/></Label>"),
+        std::string::npos);
+}
+
+TEST(Writing, ALabelThatXmlCannotHoldIsRefusedWithASentence) {
+    for (const char* value : {"a\x01", "\xEF\xBF\xBE", "\xFF", "\xED\xA0\x80"}) {
+        const auto document = TestPackage().read();
+        document->itemWithSelf("uf1")->labels.set("k", value);
+        try {
+            packageOf(*document);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const InputError& error) {
+            EXPECT_STREQ(error.what(),
+                         "test.idml: the labels of the item uf1 can't be saved as IDML as it stands now; undo that "
+                         "change, or make it in the layout application.");
+        }
+    }
+}
+
 TEST(Writing, TheDocumentsOwnLabelsStandInTheMap) {
     const auto document = TestPackage().read();
     document->labels.set("Vornaset", "<Vornaset><mode>2</mode></Vornaset>");
@@ -306,6 +335,47 @@ TEST(Writing, AVariableThatLosesPartOfItsTextBecomesText) {
     EXPECT_NE(part.find("<Content>June</Content>"), std::string::npos);
 }
 
+TEST(Writing, SeveralChangesInsideAVariableAreOneText) {
+    TestPackage package;
+    package.stories[0].second = richStory;
+    const auto document = package.read();
+    Story& story = storyNamed(*document, "us1");
+    ASSERT_EQ(story.content().text.substr(19, 7), u"12 June");
+    story.erase(22, 1);
+    story.erase(19, 1);
+    const std::string part = memberOf(*document, storyMember);
+    EXPECT_NE(part.find("<Content>2 une</Content>"), std::string::npos) << part;
+    EXPECT_EQ(storyNamed(*reopened(*document), "us1").content().text, story.content().text);
+}
+
+TEST(Writing, AVariableWithALineEndInItsTagIsFound) {
+    TestPackage package;
+    package.stories[0].second =
+        "<ParagraphStyleRange><CharacterStyleRange><TextVariableInstance Self=\"uv\" ResultText=\"12\r\n\tJune\"/>"
+        "<Content>a</Content></CharacterStyleRange></ParagraphStyleRange>";
+    const auto document = package.read();
+    Story& story = storyNamed(*document, "us1");
+    ASSERT_EQ(story.content().text, u"12  Junea\r");
+    story.insert(9, u"b");
+    EXPECT_EQ(memberOf(*document, storyMember),
+              with(membersOf(package.bytes())[storyMember], "<Content>a</Content>", "<Content>ab</Content>"));
+}
+
+TEST(Writing, ABareBracketNeverComesToStandBehindTwoClosingOnes) {
+    const auto story = [](const char* content) {
+        return "<ParagraphStyleRange><CharacterStyleRange>" + std::string(content) +
+               "</CharacterStyleRange></ParagraphStyleRange>";
+    };
+    EXPECT_EQ(inserted(story("<Content>a>b</Content>"), 1, u"]]"), story("<Content>a]]&gt;b</Content>"));
+    for (const char* content : {"<Content>]]x>b</Content>", "<Content><![CDATA[]]x>b]]></Content>"}) {
+        TestPackage package;
+        package.stories[0].second = story(content);
+        const auto document = package.read();
+        storyNamed(*document, "us1").erase(2, 1);
+        EXPECT_EQ(storyNamed(*reopened(*document), "us1").content().text, u"]]>b\r") << content;
+    }
+}
+
 TEST(Writing, AnAppliedCharacterStyleGetsARangeOfItsOwnAndTheRestKeepsIts) {
     TestPackage package;
     package.styles +=
@@ -397,6 +467,16 @@ TEST(Writing, ANewRectangleComesLastOnItsSpreadWithAnIdOfItsOwn) {
     EXPECT_EQ(differences(package.bytes(), packageOf(*document)), std::vector<std::string>{spreadMember});
 }
 
+TEST(Writing, NewIdsPassOverIdsInWhateverQuotes) {
+    TestPackage package;
+    package.items += "<Rectangle Self='uff' ItemLayer=\"ub1\"/><Rectangle Self = \"u100\"/>";
+    const auto document = package.read();
+    document->placeOnSpread(document->addItem(ItemKind::Oval), *document->spread(document->spreads[0]),
+                            document->layers[0]);
+    const auto saved = reopened(*document);
+    EXPECT_EQ(saved->item(saved->spreadLayer(saved->spread(saved->spreads[0])->layers[0])->items.back())->self, "u101");
+}
+
 TEST(Writing, ARemovedItemGoesAndItsStoryStays) {
     TestPackage package;
     package.items = "\n\t" + TestPackage::textFrame("uf1", "us1") + "\n\t<Rectangle Self=\"ur1\" ItemLayer=\"ub1\"/>\n";
@@ -451,6 +531,86 @@ TEST(Writing, ItemsMoveIntoANewGroupWithEverythingInThem) {
     EXPECT_NE(part.find("Mystery=\"42\"><Hidden/></Rectangle></Group>"), std::string::npos) << part;
     const auto saved = reopened(*document);
     EXPECT_EQ(saved->item(saved->itemWithSelf("ur1")->parent)->kind, ItemKind::Group);
+}
+
+TEST(Writing, AnItemTakenOutOfAGroupNamesItsLayer) {
+    TestPackage package;
+    package.documentContent += "<Layer Self=\"ub2\" Name=\"Layer 2\"/>";
+    package.items = "<Group Self=\"ug1\" ItemLayer=\"ub2\"><Rectangle Self=\"ur1\"/><Oval Self=\"uo1\"/></Group>";
+    const auto document = package.read();
+    document->placeOnSpread(*document->itemWithSelf("ur1"), *document->spread(document->spreads[0]),
+                            document->layers[1]);
+    const auto saved = reopened(*document);
+    EXPECT_EQ(saved->itemWithSelf("ur1")->parent, saved->spread(saved->spreads[0])->layers[1]);
+}
+
+TEST(Writing, AMovedItemLeavesWhatComesInBesideItsOldPlace) {
+    TestPackage package;
+    package.items =
+        "<Group Self=\"ug1\" ItemLayer=\"ub1\"><Rectangle Self=\"ur1\"/></Group><Oval Self=\"uo1\" ItemLayer=\"ub1\"/>";
+    const auto document = package.read();
+    Spread& spread = *document->spread(document->spreads[0]);
+    document->placeInside(*document->itemWithSelf("uo1"), *document->itemWithSelf("ug1"));
+    PageItem& made = document->addItem(ItemKind::Rectangle);
+    document->placeOnSpread(made, spread, document->layers[0]);
+    const auto saved = reopened(*document);
+    EXPECT_EQ(saved->itemWithSelf("ug1")->children.size(), 2u);
+    EXPECT_EQ(saved->spreadLayer(saved->spread(saved->spreads[0])->layers[0])->items.size(), 2u);
+}
+
+TEST(Writing, AMovedGroupTakesAlongWhatCameInAndLeavesWhatWentOut) {
+    TestPackage package;
+    package.items =
+        "<Group Self=\"ug1\" ItemLayer=\"ub1\"><Rectangle Self=\"ur1\"/><Oval Self=\"uo1\"/></Group><Group "
+        "Self=\"ug2\" ItemLayer=\"ub1\"><Rectangle Self=\"ur2\"/></Group>";
+    const auto selves = [](const Document& document, const std::vector<Uid>& items) {
+        std::string text;
+        for (Uid uid : items) text += document.item(uid)->self + " ";
+        return text;
+    };
+    for (const char* into : {"ug1", "ug2"}) {
+        const auto document = package.read();
+        const std::string moved = into == std::string("ug1") ? "ug2" : "ug1";
+        document->placeOnSpread(*document->itemWithSelf("uo1"), *document->spread(document->spreads[0]),
+                                document->layers[0]);
+        document->placeInside(*document->itemWithSelf(moved), *document->itemWithSelf(into));
+        PageItem& made = document->addItem(ItemKind::Oval);
+        document->placeInside(made, *document->itemWithSelf(moved));
+        const auto saved = reopened(*document);
+        EXPECT_EQ(selves(*saved, saved->itemWithSelf(into)->children),
+                  into == std::string("ug1") ? "ur1 ug2 " : "ur2 ug1 ");
+        EXPECT_EQ(saved->itemWithSelf(moved)->children.size(), 2u) << into;
+        EXPECT_EQ(selves(*saved, saved->spreadLayer(saved->spread(saved->spreads[0])->layers[0])->items),
+                  std::string(into) + " uo1 ");
+    }
+}
+
+TEST(Writing, ABareItemGetsPathAndLabelsTogether) {
+    TestPackage package;
+    package.items += "<Rectangle Self=\"ur1\" ItemLayer=\"ub1\"/>";
+    const auto document = package.read();
+    PageItem& item = *document->itemWithSelf("ur1");
+    item.path = rectanglePath({0, 0, 10, 20});
+    item.labels.set("k", "v");
+    const auto saved = reopened(*document);
+    EXPECT_EQ(saved->itemWithSelf("ur1")->path, item.path);
+    EXPECT_EQ(saved->itemWithSelf("ur1")->labels.get("k"), "v");
+}
+
+TEST(Writing, TextBesideALinkThatGoesKeepsItsOwnFormat) {
+    TestPackage package;
+    package.stories[0].second =
+        "<ParagraphStyleRange><CharacterStyleRange PointSize=\"14\"><HyperlinkTextSource Self=\"uh\"><Content>link"
+        "</Content><Br/></HyperlinkTextSource></CharacterStyleRange></ParagraphStyleRange><ParagraphStyleRange "
+        "SpaceAfter=\"3\"><CharacterStyleRange><Content>two words</Content></CharacterStyleRange>"
+        "</ParagraphStyleRange>";
+    const auto document = package.read();
+    storyNamed(*document, "us1").erase(2, 6);  // "nk", the paragraph's end and "two"
+    const auto saved = reopened(*document);
+    const StoryContent& content = storyNamed(*saved, "us1").content();
+    EXPECT_EQ(content.text, u"li words\r");
+    EXPECT_EQ(saved->characterFormat(content.characterFormatAt(0)).overrides.pointSize, 14);
+    EXPECT_EQ(saved->characterFormat(content.characterFormatAt(3)).overrides.pointSize, std::nullopt);
 }
 
 TEST(Writing, AnItemBroughtToTheFrontIsLast) {
@@ -564,6 +724,15 @@ TEST(Writing, ASnippetIsSavedAsASnippet) {
     const auto document = readDocument(snippet, "test.idms");
     storyNamed(*document, "us1").insert(3, u"!");
     EXPECT_EQ(packageOf(*document), with(snippet, "One", "One!"));
+}
+
+TEST(Writing, ASnippetWithoutPagesMayLoseWhatItsPageWasLaidUnder) {
+    const std::string snippet = "<Document DOMVersion=\"20.4\"><Layer Self=\"ub1\" Name=\"L\"/><Spread Self=\"us\">" +
+                                TestPackage::textFrame("a", "us1") + "</Spread><Story Self=\"us1\">" +
+                                TestPackage::range("One") + "</Story></Document>";
+    const auto document = readDocument(snippet, "test.idms");
+    document->removeItem(document->itemWithSelf("a")->uid);
+    EXPECT_EQ(packageOf(*document), with(snippet, TestPackage::textFrame("a", "us1"), ""));
 }
 
 TEST(Writing, TheTypeComesFirstAndStored) {
