@@ -7,6 +7,7 @@
 
 #include "host/my_doc.h"
 #include "host_fixture.h"
+#include "lone_object.h"
 #include "recorded_host.h"
 
 using namespace vornaset;
@@ -235,6 +236,25 @@ TEST_F(DocFilesTest, ClosingByTheServiceRemovesTheFileOnlyForAFlagOfOne) {
     closeDoc2(documentRef(), 1);
     EXPECT_FALSE(oldFileIsThere());
     EXPECT_THAT(host->calls, ElementsAre(call, call, call, call));
+}
+
+struct Windows : recorded::Object<IPresentationList> {
+    using Object::Object;
+    void CloseAll() override { calls->push_back("close all windows"); }
+    std::vector<std::string>* calls = nullptr;
+};
+
+TEST_F(DocFilesTest, WindowsOfADocumentAreClosedAllAtOnceAndBeforeItself) {
+    recorded::LoneObject<Windows> shown;
+    shown.object.calls = &host->calls;
+    closeDocWindows(UIDRef(&shown, UID(1)));
+    EXPECT_THAT(host->takeCalls(), ElementsAre("close all windows"));
+    closeDoc2(UIDRef(&shown, UID(1)), 0);
+    EXPECT_THAT(host->takeCalls(), ElementsAre("close all windows", "documents: close 1 0"));
+    closeDocWindows(documentRef());
+    closeDocWindows(UIDRef());
+    EXPECT_THAT(host->calls, IsEmpty());
+    EXPECT_EQ(shown.references, 0);
 }
 
 TEST_F(DocFilesTest, ClosingAllGoesThroughEveryOpenDocument) {

@@ -116,6 +116,18 @@ TEST_F(DocPagesTest, SpreadBoundsComeWithThePageCount) {
     EXPECT_EQ(count, 1);
 }
 
+TEST_F(DocPagesTest, PageReferenceComesWithTheSpreadAndTheIndexThere) {
+    const MyDoc handle(documentRef());
+    desk::Page& right = document.addPage(*document.spread(second->spread));
+    UIDRef of;
+    int32_t index = -1;
+    EXPECT_EQ(handle.getPageRef(2, &of, &index), ref(right.uid));
+    EXPECT_EQ(of, ref(second->spread));
+    EXPECT_EQ(index, 1);
+    EXPECT_EQ(handle.getPageRef(0, &of, nullptr), ref(page->uid));
+    EXPECT_EQ(of, ref(spread->uid));
+}
+
 TEST_F(DocPagesTest, PageReferenceWithoutADocumentLeavesTheOutputsAlone) {
     UIDRef of = ref(7);
     int32_t index = 5;

@@ -7,6 +7,7 @@
 
 #include "host/my_frame.h"
 #include "host_fixture.h"
+#include "lone_object.h"
 #include "recorded_host.h"
 
 using namespace vornaset;
@@ -228,6 +229,26 @@ TEST_F(FrameGeometryTest, ItemKnowsItsSpreadAndLayers) {
     EXPECT_EQ(layerNameForFrame(frame, &found), u"Layer 1");
     EXPECT_EQ(found, UID(layer->uid));
     EXPECT_EQ(layerNameForFrame(frame, nullptr), u"Layer 1");
+}
+
+/// Lies on spread layer 7, which the host can't give.
+struct ItemOnAnUnknownLayer : recorded::Object<IHierarchy> {
+    using Object::Object;
+    int32_t GetChildCount() override { return 0; }
+    UID GetChildUID(int32_t) override { return kInvalidUID; }
+    IHierarchy* QueryChild(int32_t) override { return nullptr; }
+    UID GetParentUID() override { return UID(7); }
+    UID GetLayerUID() override { return UID(7); }
+    UID GetSpreadUID() override { return kInvalidUID; }
+};
+
+TEST(FrameLayers, SpreadLayerThatCannotBeAskedStandsForItsLayerInOneAnswerAlone) {
+    recorded::LoneObject<ItemOnAnUnknownLayer> items;
+    const UIDRef item(&items, UID(3));
+    EXPECT_EQ(docLayerUIDForFrame(item), UID(7));
+    EXPECT_EQ(layerUIDForFrame(item), kInvalidUID);
+    EXPECT_TRUE(layerNameForFrame(item, nullptr).isNull());
+    EXPECT_EQ(items.references, 0);
 }
 
 TEST_F(FrameGeometryTest, MissingItemHasNoSpreadLayerOrName) {

@@ -291,7 +291,11 @@ class PageBoss final : public ObjectBoss<IGeometry, IHierarchy, IMargins> {
     int32_t GetChildCount() override { return 0; }
     UID GetChildUID(int32_t) override { return kInvalidUID; }
     IHierarchy* QueryChild(int32_t) override { return nullptr; }
-    UID GetParentUID() override { return GetSpreadUID(); }
+    /// A spread is two steps up from its pages, as from its items: between them stands its lowest layer.
+    UID GetParentUID() override {
+        const Spread* spread = here() ? document()->spread(here()->spread) : nullptr;
+        return spread ? nth(spread->layers, 0) : kInvalidUID;
+    }
     UID GetLayerUID() override { return kInvalidUID; }
     UID GetSpreadUID() override { return here() ? UID(here()->spread) : kInvalidUID; }
 
