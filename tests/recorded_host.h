@@ -197,6 +197,7 @@ class Host final
     std::set<ClassID> missingCommands;   ///< that this host doesn't have
     std::set<PMIID> missingCommandData;  ///< that this host's commands don't have
     std::set<std::string> unimportable;  ///< paths; a folder and what isn't there are so in any case
+    int commandsMade = 0;                ///< of whatever class, recorded or not
     ErrorCode commandResult = 0;         ///< of the commands recorded here
     ErrorCode putResult = 0;             ///< of putting an item into a frame
     ErrorCode serviceResult = 0;         ///< of fits and resizing
@@ -224,6 +225,7 @@ class Host final
         return own ? own : real_.QueryUtils(service);
     }
     IPMCommand* CreateCommand(ClassID commandClass) override {
+        ++commandsMade;
         if (missingCommands.contains(commandClass)) return nullptr;
         const char* name = nameOf(commandClass);
         if (!name) return real_.CreateCommand(commandClass);

@@ -8,6 +8,7 @@
 #include "host/host_operations.h"
 #include "host/my_frame.h"
 #include "support/json.h"
+#include "support/text_decoding.h"
 
 namespace vornaset {
 namespace {
@@ -93,12 +94,15 @@ void setNodeForDoc(const UIDRef& document, const Element& node) {
 
 Dictionary dictForDoc(const UIDRef& document) {
     const String text = stringForKey(document, kRecordKey, String());
-    const Dictionary record = text.isNull() ? Dictionary() : dictWithJsonData(text);
+    Error unread;  // the record may well be one in XML
+    const Dictionary record = text.isNull() ? Dictionary() : readJson(dataWithString(text), unread).dictionary();
     return record.isMutable() ? record : Dictionary::makeMutable();
 }
 
 void setDictForDoc(const UIDRef& document, const Dictionary& dictionary) {
-    setStringForKey(document, kRecordKey, jsonString(dictionary, kCompactJson));
+    Error unwritten;
+    const Data json = writeJson(dictionary, kCompactJson, unwritten);
+    if (!json.isNull()) setStringForKey(document, kRecordKey, stringWithData(json));
 }
 
 // --- A frame's own view of its values

@@ -135,21 +135,29 @@ class ValueBuilder : public nlohmann::json_sax<Json> {
     std::string error_;
 };
 
-void logJsonError(const std::string& text) {
-    logError(Error(1, String::fromDamagedUTF8(text)));
+Error jsonError(const std::string& text) {
+    return Error(1, String::fromDamagedUTF8(text));
 }
 
 }  // namespace
 
-Data jsonData(const Value& value, uint64_t options) {
+Data writeJson(const Value& value, uint64_t options, Error& error) {
+    error = Error();
     const bool container = value.isArray() || value.isDictionary();
     const std::optional<Json> json = container ? jsonOf(value, options, 0) : std::nullopt;
     if (!json) {
-        logJsonError("JSON: a value that JSON doesn't have");
+        error = jsonError("JSON: a value that JSON doesn't have");
         return {};
     }
     const int indentation = (options & kPrettyPrintedJson) != 0 ? 2 : -1;
     return Data(json->dump(indentation, ' ', false, Json::error_handler_t::replace));
+}
+
+Data jsonData(const Value& value, uint64_t options) {
+    Error error;
+    const Data data = writeJson(value, options, error);
+    if (!error.isNull()) logError(error);
+    return data;
 }
 
 String jsonString(const Value& value, uint64_t options) {
@@ -157,16 +165,24 @@ String jsonString(const Value& value, uint64_t options) {
     return data.length() == 0 ? String() : stringWithData(data);
 }
 
-Value jsonObjWithData(const Data& data) {
+Value readJson(const Data& data, Error& error) {
+    error = Error();
     if (data.isNull()) return {};
     ValueBuilder builder;
     if (!Json::sax_parse(data.view(), &builder)) {
-        logJsonError(builder.error());
+        error = jsonError(builder.error());
         return {};
     }
     if (builder.root().isArray() || builder.root().isDictionary()) return builder.root();
-    logJsonError("JSON: the root is neither an array nor an object");
+    error = jsonError("JSON: the root is neither an array nor an object");
     return {};
+}
+
+Value jsonObjWithData(const Data& data) {
+    Error error;
+    const Value read = readJson(data, error);
+    if (!error.isNull()) logError(error);
+    return read;
 }
 
 Value jsonObjWithString(const String& text) {

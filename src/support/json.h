@@ -1,8 +1,9 @@
 #pragma once
-// JSON text (RFC 8259) of arrays and dictionaries. Errors go to the log.
+// JSON text (RFC 8259) of arrays and dictionaries. Errors go to the log, but those of the two operations that give them.
 
 #include <cstdint>
 
+#include "support/error.h"
 #include "support/values.h"
 
 namespace vornaset {
@@ -11,6 +12,10 @@ namespace vornaset {
 inline constexpr uint64_t kCompactJson = 0;
 inline constexpr uint64_t kPrettyPrintedJson = 1;
 inline constexpr uint64_t kSortedKeysJson = 2;
+
+/// `jsonData` and `jsonObjWithData`, which give the error and log nothing. It is null when there was none.
+Data writeJson(const Value& value, uint64_t options, Error& error);
+Value readJson(const Data& data, Error& error);
 
 /// UTF-8 JSON of an array or a dictionary of texts, numbers, `Value::nothing()`, arrays and dictionaries. Keys stand in
 /// the dictionary's order unless sorting is asked for. Null for everything else, and for numbers that JSON doesn't have

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <thread>
 
+#include "placeholders/substitution.h"
 #include "placeholders/text_model.h"
 #include "plugin_fixture.h"
 #include "recorded_host.h"
@@ -23,7 +24,9 @@ namespace {
 
 class AuthoringTest : public recorded::With<PluginTest> {
   protected:
-    TextSelection at(Uid frame, int32_t position) const { return {ref(frame), storyRef(frame), 0, position}; }
+    TextSelection at(Uid frame, int32_t position) const {
+        return {ref(frame), storyOf(frame) ? storyRef(frame) : UIDRef(), 0, position};
+    }
     std::vector<std::string> missing(const std::vector<const char*>& known) {
         Array keys = Array::makeMutable();
         for (const char* key : known) keys.add(String(key));
@@ -71,6 +74,15 @@ TEST_F(AuthoringTest, SelectionWithoutAFrameGetsTheTextAndNoNumber) {
     EXPECT_EQ(textIn(frame), u"<<Name>>");
     EXPECT_EQ(frameNumberForFrame(ref(frame)), 0);
     EXPECT_THAT(host->calls, IsEmpty());
+}
+
+TEST_F(AuthoringTest, SelectionWithoutAStoryStillNumbersItsFrame) {
+    const Uid frame = pictureFrame();
+    TextSelection selection = at(frame, 0);
+    selection.story = UIDRef();
+    insertPlaceholder(selection, u"Name", 0);
+    EXPECT_EQ(frameNumberForFrame(ref(frame)), 1);
+    EXPECT_THAT(host->calls, ElementsAre(redraw()));
 }
 
 TEST_F(AuthoringTest, PlaceholderTakesTheAttributesOfItsPlace) {
@@ -153,6 +165,16 @@ TEST_F(AuthoringTest, DocumentWithoutAPlaceholderGivesAnEmptyMutableArray) {
     const Array found = missingPlaceHolders(documentRef(), nullptr);
     EXPECT_TRUE(found.isMutable());
     EXPECT_EQ(found.count(), 0u);
+}
+
+TEST_F(AuthoringTest, RuleNameIsMissingUnlessTheCallerKnowsIt) {
+    setupRules(Array::make({Dictionary::make(
+        {{"name", "Salutation"}, {"contentOf", "Sex"}, {"replacementsDict", Dictionary::make({{"m", "Mr"}})}})}));
+    textFrame(u"<<Salutation>>");
+    const std::vector<std::string> withColumn = missing({"Sex"}), withRule = missing({"Sex", "Salutation"});
+    gRules = Dictionary();
+    EXPECT_THAT(withColumn, ElementsAre("Salutation"));
+    EXPECT_THAT(withRule, IsEmpty());
 }
 
 TEST_F(AuthoringTest, AllStoriesAreLookedAtInTheirOrder) {

@@ -139,6 +139,35 @@ TEST_F(MergeRecordsTest, RecordWithoutAColumnNameReadsAsEmpty) {
     EXPECT_EQ(colNameForFrame(frame), u"");
 }
 
+TEST_F(MergeRecordsTest, EmptyTextIsAFieldAndNullWithoutTheFieldIsNone) {
+    const Uid frame = pictureFrame();
+    EXPECT_FALSE(writes([&] { setColNameForFrame(ref(frame), nullptr); }));
+    EXPECT_EQ(stored(frame), "");
+    EXPECT_TRUE(writes([&] { setColNameForFrame(ref(frame), u""); }));
+    EXPECT_EQ(stored(frame), "<Vornaset><colName></colName></Vornaset>");
+    EXPECT_FALSE(writes([&] { setColNameForFrame(ref(frame), u""); }));
+    EXPECT_TRUE(writes([&] { setDataPathForFrame(ref(frame), u"/p"); }));
+    EXPECT_FALSE(writes([&] { setDataPathForFrame(ref(frame), u"/p"); }));
+    EXPECT_TRUE(writes([&] { setSheetForFrame(ref(frame), u"S"); }));
+    EXPECT_FALSE(writes([&] { setSheetForFrame(ref(frame), u"S"); }));
+}
+
+TEST_F(MergeRecordsTest, WritingAFieldKeepsWhatElseTheRecordHolds) {
+    const Uid frame = pictureFrame();
+    document.item(frame)->labels.set("Vornaset", "<Vornaset><mine>1</mine><frameNum>2</frameNum></Vornaset>");
+    setFrameNumberForFrame(ref(frame), 3);
+    setColNameForFrame(ref(frame), u"Photo");
+    EXPECT_EQ(stored(frame), "<Vornaset><mine>1</mine><frameNum>3</frameNum><colName>Photo</colName></Vornaset>");
+}
+
+TEST_F(MergeRecordsTest, WritingAFieldOverARecordInJsonStartsAnew) {
+    setDictForDoc(documentRef(), Dictionary::make({{"mode", 2}}));
+    EXPECT_EQ(modeForDoc(documentRef()), 0);
+    EXPECT_FALSE(docHasData(documentRef()));
+    setModeForDoc(documentRef(), 1);
+    EXPECT_EQ(storedInDocument(), "<Vornaset><mode>1</mode></Vornaset>");
+}
+
 TEST_F(MergeRecordsTest, RenumberingKeepsTheOmrNumberEqual) {
     const UIDRef frame = ref(pictureFrame());
     setOmrNumberForFrame(frame, 3);
@@ -156,6 +185,7 @@ TEST_F(MergeRecordsTest, RenumberingAFrameThatIsNoOmrFrameAddsNoOmrNumber) {
     setOmrNumberForFrame(ref(frame), 0);
     setFrameNumberForFrame2(ref(frame), 6);
     EXPECT_EQ(omrNumberForFrame(ref(frame)), 0);
+    EXPECT_EQ(stored(frame), "<Vornaset><frameNum>6</frameNum><omr>0</omr></Vornaset>");
 }
 
 // --- Questions

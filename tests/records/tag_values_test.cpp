@@ -1,8 +1,10 @@
 #include "records/tag_values.h"
 
+#include "captured_log.h"
 #include "host/api/host.h"
 #include "host/my_frame.h"
 #include "plugin_fixture.h"
+#include "recorded_host.h"
 
 using namespace vornaset;
 
@@ -82,6 +84,7 @@ TEST_F(TagValuesTest, TextThatIsNoNumberReadsAsZeroAndNotAsTheDefault) {
     setStringForKey(frame, "n", "many");
     EXPECT_EQ(intForKey(frame, "n", 7), 0);
     EXPECT_EQ(floatForKey(frame, "n", 7), 0);
+    EXPECT_EQ(MyFrame(frame).getInt("n"), 0);
 }
 
 TEST_F(TagValuesTest, EveryFormOfWritingReachesTheSamePlace) {
@@ -94,6 +97,24 @@ TEST_F(TagValuesTest, EveryFormOfWritingReachesTheSamePlace) {
         EXPECT_EQ(stringForKey(object.get(), "a", nullptr), u"1");
     }
     EXPECT_EQ(stored(frame, "a") + stored(frame, "b") + stored(frame, "c"), "123");
+}
+
+TEST_F(TagValuesTest, NullObjectSwallowsWrites) {
+    EXPECT_FALSE(writes([&] { setStringForKey(static_cast<IPMUnknown*>(nullptr), "a", "1"); }));
+    EXPECT_FALSE(writes([&] { setStringForKey(static_cast<IDataBase*>(nullptr), 7, "a", "1"); }));
+}
+
+class TagValuesInARecordedHost : public recorded::With<PluginTest> {};
+
+TEST_F(TagValuesInARecordedHost, WritesUseNoCommand) {
+    const Uid frame = pictureFrame();
+    setStringForKey(ref(frame), "a", "1");
+    setIntForKey(ref(frame), "b", 2);
+    MyFrame(ref(frame)).setTag("c", "3");
+    setNodeForFrame(ref(frame), Element::make("Vornaset"));
+    setDictForDoc(documentRef(), Dictionary::make({{"a", 1}}));
+    EXPECT_EQ(host->commandsMade, 0);
+    EXPECT_TRUE(host->calls.empty());
 }
 
 // --- A frame's own view
@@ -149,6 +170,16 @@ TEST_F(TagValuesTest, TextThatIsNoXmlReadsAsAnEmptyRecordAndStaysUntilSomethingW
     EXPECT_EQ(stored(frame), "<Vornaset></Vornaset>");
 }
 
+TEST_F(TagValuesTest, RecordOfAnotherNameIsTakenAsItIs) {
+    const Uid frame = pictureFrame();
+    store(frame, "<Other mine='1'><frameNum>2</frameNum></Other>");
+    const Element node = nodeForFrame(ref(frame));
+    EXPECT_EQ(node.name(), u"Other");
+    setStringForKey(node, "colName", "x");
+    setNodeForFrame(ref(frame), node);
+    EXPECT_EQ(stored(frame), "<Other mine=\"1\"><frameNum>2</frameNum><colName>x</colName></Other>");
+}
+
 TEST_F(TagValuesTest, EqualRecordOfAFrameIsNotWrittenAgain) {
     const UIDRef frame = ref(pictureFrame());
     const Element node = nodeForFrame(frame);
@@ -198,6 +229,17 @@ TEST_F(TagValuesTest, EachFormReadsTheOtherAsAnEmptyRecord) {
     setDictForDoc(documentRef(), Dictionary::make({{"a", 1}}));
     EXPECT_EQ(nodeForDoc(documentRef()).name(), u"Vornaset");
     EXPECT_EQ(nodeForDoc(documentRef()).childCount(), 0u);
+}
+
+TEST_F(TagValuesTest, UnreadableAndUnwritableRecordsAreNotReported) {
+    CapturedLog log;
+    for (const char* text : {"<Vornaset><mode>2</mode></Vornaset>", "[1,2]", "{", "no <xml"}) {
+        document.labels.set("Vornaset", text);
+        EXPECT_EQ(dictForDoc(documentRef()).count(), 0u) << text;
+    }
+    EXPECT_EQ(nodeForDoc(documentRef()).childCount(), 0u);
+    setDictForDoc(documentRef(), Dictionary::make({{"bytes", Data(std::string("x"))}}));
+    EXPECT_EQ(log.texts(), "");
 }
 
 TEST_F(TagValuesTest, JsonThatIsNoDictionaryReadsAsAnEmptyRecord) {

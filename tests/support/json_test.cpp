@@ -133,6 +133,19 @@ TEST_F(JsonErrors, AMissingFileAndNullDataAreNone) {
     EXPECT_TRUE(entries().empty());
 }
 
+TEST_F(JsonErrors, AreGivenAndNotLoggedWhereTheCallerAsks) {
+    Error error;
+    EXPECT_TRUE(readJson(Data("{"), error).isNull());
+    EXPECT_FALSE(error.isNull());
+    EXPECT_FALSE(readJson(Data("[1]"), error).isNull());
+    EXPECT_TRUE(error.isNull());
+    EXPECT_TRUE(writeJson("text", 0, error).isNull());
+    EXPECT_FALSE(error.isNull());
+    EXPECT_EQ(writeJson(Array::make({1}), 0, error).view(), "[1]");
+    EXPECT_TRUE(error.isNull());
+    EXPECT_TRUE(entries().empty());
+}
+
 TEST(Json, SurvivesTheWayThroughText) {
     const Dictionary record = Dictionary::make({{"a b", "x\n\t\"\\"}, {"n", INT64_MIN}, {"r", 1.0 / 3}, {"", ""}});
     EXPECT_EQ(jsonObjWithString(jsonString(record, 0)).dictionary(), record);
