@@ -1,7 +1,9 @@
 #include "companion/authoring_run.h"
 
-#include <algorithm>
+#include <set>
 
+#include "companion/placeholder_scan.h"
+#include "companion/text_encoding.h"
 #include "companion/workplace.h"
 #include "host/api/host.h"
 #include "merge/template_frames.h"
@@ -46,7 +48,24 @@ const StoryFacts& storyNamed(const TemplateFacts& facts, const std::string& name
                 "\"; \"vornaset info\" lists its stories.");
 }
 
+/// What a text frame can't show and a template can't keep: line ends and other control characters, stand-ins for
+/// objects, and code points that are no characters.
+bool isNoText(char16_t unit) {
+    const bool isControl =
+        (unit < 0x20 && unit != u'\t') || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+    const bool isMarker = unit >= desk::marker::pageNumber && unit <= desk::marker::noteNumber;
+    return isControl || isMarker || unit == 0xFEFF || unit == desk::marker::inlineObject || unit >= 0xFFFE;
+}
+
+void checkText(const std::string& text, const std::string& what) {
+    bool isText = firstIllFormedByte(text) == text.size();
+    for (char16_t unit : vornaset::String::fromDamagedUTF8(text).view()) isText = isText && !isNoText(unit);
+    if (!isText)
+        throw Error(what + " holds a line end or another character that no text shows; use a column's name, in UTF-8.");
+}
+
 void checkColumn(const FrameFacts& frame, const FrameAssignment& assignment) {
+    checkText(assignment.column, "the column for the frame " + frame.name);
     const bool holdsText = frame.kind == "text frame";
     if (assignment.hasColumn && !assignment.column.empty() && holdsText)
         throw Error("the frame " + frame.name +
@@ -54,11 +73,12 @@ void checkColumn(const FrameFacts& frame, const FrameAssignment& assignment) {
 }
 
 /// A key that reads as one placeholder and as nothing else.
-void checkKey(const std::string& key) {
-    const bool hasMarks = key.find("<<") != key.npos || key.find(">>") != key.npos;
-    const bool hasLineEnd = key.find_first_of("\r\n") != key.npos;
-    if (key.empty() || hasMarks || hasLineEnd)
-        throw Error("\"" + key + "\" can't be the key of a placeholder; use a column's name, without << or >>.");
+void checkKey(const PlaceholderPlace& where) {
+    checkText(where.key, "the key of the placeholder");
+    const std::string inside = where.key + (where.withSpace ? " " : "");
+    const bool endsEarly = (inside + ">>").find(">>") < inside.size();
+    if (where.key.find_first_not_of(' ') == where.key.npos || endsEarly || inside.find("<<") != inside.npos)
+        throw Error("\"" + where.key + "\" can't be the key of a placeholder; use a column's name, without << or >>.");
 }
 
 void checkPosition(const desk::Document& document, const StoryFacts& story, std::uint64_t position) {
@@ -69,6 +89,24 @@ void checkPosition(const desk::Document& document, const StoryFacts& story, std:
     if (text[position] >= 0xDC00 && text[position] < 0xE000)
         throw Error("position " + std::to_string(position) + " of the story " + story.name +
                     " is in the middle of a character; take the one before or behind it.");
+}
+
+/// The new placeholder is one of its own, and all others are as they were.
+void checkStandsAlone(std::u16string_view before, std::u16string_view after, const PlaceholderPlace& where) {
+    const auto told = [&](std::u16string_view text, std::size_t shift) {
+        std::set<std::pair<std::size_t, std::string>> placeholders;
+        for (const FoundPlaceholder& found : findPlaceholders(text))
+            placeholders.emplace(found.position + (found.position < where.position ? 0 : shift), found.column);
+        return placeholders;
+    };
+    auto expected = told(before, after.size() - before.size());
+    const auto now = told(after, 0);
+    const bool isNew = now.size() == expected.size() + 1;
+    for (const auto& placeholder : now)
+        if (placeholder.first == where.position) expected.insert(placeholder);
+    if (!isNew || now != expected)
+        throw Error("position " + std::to_string(where.position) + " of the story " + where.story +
+                    " is inside a placeholder or beside a part of its marks; take a place in front of it or behind.");
 }
 
 std::string saved(Workplace& place, const std::string& outputPath, const std::string& done) {
@@ -82,9 +120,12 @@ std::string runNumber(const TemplateOptions& options, const std::vector<FrameAss
                       const std::string& outputPath) {
     return withOneKindOfError([&] {
         Workplace place(options);
+        std::set<std::uint32_t> assigned;
         for (const FrameAssignment& assignment : assignments) {
             const FrameFacts& frame = frameNamed(place.facts(), assignment.frame);
             checkColumn(frame, assignment);
+            if (!assigned.insert(frame.uid).second)
+                throw Error("the frame " + frame.name + " gets two numbers; name it once.");
             UIDRef reference = objectOf(place, frame.uid);
             vornaset::setFrameNumberForFrame2(reference, static_cast<long>(assignment.number));
             if (assignment.hasColumn)
@@ -97,7 +138,7 @@ std::string runNumber(const TemplateOptions& options, const std::vector<FrameAss
 std::string runPlaceholder(const TemplateOptions& options, const PlaceholderPlace& where,
                            const std::string& outputPath) {
     return withOneKindOfError([&] {
-        checkKey(where.key);
+        checkKey(where);
         Workplace place(options);
         const StoryFacts& story = storyNamed(place.facts(), where.story);
         checkPosition(place.open().document(), story, where.position);
@@ -105,7 +146,9 @@ std::string runPlaceholder(const TemplateOptions& options, const PlaceholderPlac
         if (story.firstFrame) selection.frame = objectOf(place, story.firstFrame);
         selection.story = objectOf(place, story.uid);
         selection.position = static_cast<int32_t>(where.position);
+        const std::u16string before = place.open().document().story(story.uid)->content().text;
         vornaset::insertPlaceholder(selection, vornaset::String(where.key.c_str()), where.withSpace ? 1 : 0);
+        checkStandsAlone(before, place.open().document().story(story.uid)->content().text, where);
         std::string done = "<<" + where.key + (where.withSpace ? " " : "") + ">> at position " +
                            std::to_string(where.position) + " of the story " + story.name;
         const FrameFacts* frame = place.facts().frame(story.firstFrame);

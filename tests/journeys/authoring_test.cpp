@@ -48,6 +48,19 @@ TEST_F(Authoring, WithoutAnOutputTheTemplateItselfIsChanged) {
     EXPECT_EQ(names(), "mine.idml");
 }
 
+TEST_F(Authoring, AReplacedTemplateKeepsItsPermissionsAndItsLink) {
+    output(
+        "cp $SAMPLES/letter.idml real.idml && chmod 640 real.idml && ln -s real.idml mine.idml && "
+        "$VORNASET placeholder mine.idml u108:0 first");
+    EXPECT_EQ(output("stat -c %a real.idml && readlink mine.idml"), "640\nreal.idml\n");
+    EXPECT_NE(info("real.idml", " u108:").find("<<first>>"), std::string::npos);
+}
+
+TEST_F(Authoring, AKeyMayHoldWhatAColumnsNameHolds) {
+    output("$VORNASET placeholder $SAMPLES/letter.idml u108:0 'Käse & \"<Co>\" %@ #' -o out.idml");
+    EXPECT_NE(info("out.idml", " u108:").find("<<Käse & \"<Co>\" %@ "), std::string::npos);
+}
+
 TEST_F(Authoring, AnOmrFrameStandsAtItsPlaceWithNumberOne) {
     output("$VORNASET omr $SAMPLES/letter.idml -o out.idml");
     EXPECT_NE(info("out.idml", "at 8.5 25.51, 28.91 by 63.72 pt, number 1").size(), 0u);
@@ -82,12 +95,26 @@ TEST_F(Authoring, WhatCannotBeDoneIsToldInASentence) {
         {"placeholder $SAMPLES/letter.idml u10c:99999 City -o x.idml", 1, "the story u10c has positions 0 to "},
         {"placeholder $SAMPLES/letter.idml u10c:0 'a>>b' -o x.idml", 1,
          "\"a>>b\" can't be the key of a placeholder; use a column's name, without << or >>."},
+        {"placeholder $SAMPLES/letter.idml u10c:0 'a>' -o x.idml", 1, "\"a>\" can't be the key of a placeholder;"},
+        {"placeholder $SAMPLES/letter.idml u10c:0 ' ' -o x.idml", 1, "\" \" can't be the key of a placeholder;"},
+        {"placeholder $SAMPLES/letter.idml u10c:0 \"$(printf 'a\\001b')\" -o x.idml", 1,
+         "the key of the placeholder holds a line end or another character that no text shows; use a column's name, in "
+         "UTF-8."},
+        {"placeholder $SAMPLES/letter.idml u10c:0 \"$(printf 'a\\377')\" -o x.idml", 1,
+         "the key of the placeholder holds a line end"},
+        {"placeholder $SAMPLES/letter.idml u10c:12 City -o x.idml", 1,
+         "position 12 of the story u10c is inside a placeholder or beside a part of its marks; take a place in front of "
+         "it or behind."},
+        {"number $SAMPLES/cards.idml u104=1 u104=2 -o x.idml", 1, "the frame u104 gets two numbers; name it once."},
+        {"number $SAMPLES/cards.idml \"u102=1:$(printf 'a\\nb')\" -o x.idml", 1,
+         "the column for the frame u102 holds a line end"},
         {"omr $SAMPLES/letter.idml -o nowhere/x.idml", 1, "nowhere"},
         {"preview $SAMPLES/cards.idml $SAMPLES/people_100.csv --record 0 -o x.png", 2,
          "--record needs a whole number from 1, not \"0\"."},
         {"preview $SAMPLES/cards.idml $SAMPLES/people_100.csv --record 1 --page 2 -o x.png", 1,
          "the template has 1 page, so there is no page 2 for --page."},
-        {"preview $SAMPLES/cards.idml $SAMPLES/people_100.csv --record 101 -o x.png", 1, "the data has 100 records"}};
+        {"preview $SAMPLES/cards.idml $SAMPLES/people_100.csv --record 101 -o x.png", 1,
+         "the data has 100 records, so there is no record 101; choose a smaller --record."}};
     for (const auto& one : cases) {
         SCOPED_TRACE(one.command);
         const Outcome outcome = run(std::string("$VORNASET ") + one.command);

@@ -48,11 +48,11 @@ std::string withLinksFollowed(const std::string& path) {
 }
 
 void checkPlace(const std::string& path, const std::string& shown) {
-    if (path.empty()) throw InputError("The output has no name. Give the PDF a file name.");
+    if (path.empty()) throw InputError("The output has no name. Give it a file name.");
     struct stat there {};
     const bool exists = stat(path.c_str(), &there) == 0;
     if (path.back() == '/' || (exists && S_ISDIR(there.st_mode)))
-        throw InputError("The output " + inQuotes(shown) + " is a folder. Give the PDF a file name in it.");
+        throw InputError("The output " + inQuotes(shown) + " is a folder. Name a file in it.");
     if (exists && !S_ISREG(there.st_mode))
         throw InputError("The output " + inQuotes(shown) + " is not an ordinary file. Choose another file name.");
     if (exists && access(path.c_str(), W_OK) != 0)

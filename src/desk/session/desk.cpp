@@ -96,11 +96,15 @@ struct Template::State {
 
 namespace {
 
+/// A file that was there before keeps its permissions.
 void writeDocument(const Document& document, const std::string& path) {
     const std::string bytes = packageOf(document);
+    std::error_code ignored;
+    const std::filesystem::file_status former = std::filesystem::status(path, ignored);
     OutputFile file(path);
     file.write(bytes.data(), bytes.size());
     file.commit();
+    if (std::filesystem::is_regular_file(former)) std::filesystem::permissions(path, former.permissions(), ignored);
 }
 
 }  // namespace

@@ -214,9 +214,9 @@ TEST(PdfFile, SaysWhatIsWrongWithThePlace) {
                                                     "/none/out.pdf\" does not exist. Make it or choose "
                                                     "another folder.");
     EXPECT_EQ(message(folder.path()),
-              "The output \"" + folder.path() + "\" is a folder. Give the PDF a file name in it.");
+              "The output \"" + folder.path() + "\" is a folder. Name a file in it.");
     EXPECT_EQ(message("/dev/null"), "The output \"/dev/null\" is not an ordinary file. Choose another file name.");
-    EXPECT_EQ(message(""), "The output has no name. Give the PDF a file name.");
+    EXPECT_EQ(message(""), "The output has no name. Give it a file name.");
     EXPECT_THAT(message("/proc/out.pdf"),
                 HasSubstr("The folder \"/proc\" of the output \"/proc/out.pdf\" can't be written"));
     EXPECT_EQ(message(folder / std::string(250, 'n')), "nothing was thrown") << "the temporary name is cut to fit";
