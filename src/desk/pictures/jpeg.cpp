@@ -9,7 +9,7 @@
 namespace desk {
 namespace {
 
-constexpr int startOfImage = 0xD8, endOfImage = 0xD9, startOfScan = 0xDA;
+constexpr int endOfImage = 0xD9, startOfScan = 0xDA;
 
 uint32_t bigEndian16(std::string_view bytes, size_t at) {
     return static_cast<uint32_t>(static_cast<unsigned char>(bytes[at])) << 8 |
