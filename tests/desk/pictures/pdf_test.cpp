@@ -427,12 +427,15 @@ TEST(Eps, BringsItsStandardFontsAlong) {
 }
 
 TEST(Eps, KeepsItsPicturesWithoutLoss) {
-    // Soft colours with some noise, as a photo has them.
+    // Soft colours with much noise, as a photo has them: by itself the program would make it a JPEG.
+    constexpr uint32_t side = 200;
     std::string digits;
     uint32_t noise = 1;
-    for (int i = 0; i < 200 * 200 * 3; ++i) {
+    for (uint32_t i = 0; i < side * side * 3; ++i) {
         noise = noise * 1664525 + 1013904223;
-        const uint32_t sample = static_cast<uint32_t>(i) / 600 + static_cast<uint32_t>(i % 600) / 20 + noise % 12;
+        const uint32_t x = i / 3 % side, y = i / 3 / side;
+        const uint32_t soft[] = {x, y, (x + y) / 2};
+        const uint32_t sample = soft[i % 3] + (noise >> 16) % 30;
         constexpr char hexadecimal[] = "0123456789abcdef";
         digits += {hexadecimal[sample >> 4 & 15], hexadecimal[sample & 15]};
     }
