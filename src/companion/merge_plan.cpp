@@ -57,6 +57,9 @@ MergePlan planMerge(std::uint64_t rowCount, const std::vector<std::int64_t>& fra
     plan.offset = range.offset.value_or(largest);
     if (range.start == 0 || plan.offset == 0 || range.count == 0u)
         throw Error("the first record, the offset and the number of records count from 1.");
+    if (range.shown && *range.shown > rowCount)
+        throw Error("the data has " + std::to_string(rowCount) + (rowCount == 1 ? " record" : " records") +
+                    ", so there is no record " + std::to_string(*range.shown) + "; choose a smaller --record.");
     if (range.start > rowCount)
         throw Error("the data has " + std::to_string(rowCount) + " records, so record " + std::to_string(range.start) +
                     " can't be the first; choose a smaller --start.");

@@ -14,6 +14,7 @@ struct MergeRange {
     std::optional<std::uint64_t> count;  ///< that many records and no more; all behind the start when absent
     std::optional<std::uint64_t>
         offset;  ///< records from one page set to the next; the largest frame number when absent
+    std::optional<std::uint64_t> shown = {};  ///< a record that must be there, as a preview of it needs
 };
 
 /// The arithmetic of a run. Page set s (from 0) shows in the frames numbered f the row s * offset + startNr + f - 2.

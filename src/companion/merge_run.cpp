@@ -81,11 +81,15 @@ class Warnings {
 };
 
 /// A slot whose cell isn't there has neither a picture nor a code, and the merge would end at its first record.
-void refuseMissingColumns(const TemplateCheck& check, const std::string& dataPath) {
+void refuseMissingColumns(const TemplateCheck& check, const DataTable& table, const std::string& dataPath) {
     if (check.missingImageColumns.empty()) return;
     const auto& [column, frame] = check.missingImageColumns.front();
-    throw Error("frame " + frame + " takes its picture from the column \"" + column + "\", which \"" + dataPath +
-                "\" lacks; add the column, or name another one with \"vornaset number\".");
+    const std::string lack =
+        "frame " + frame + " takes its picture from the column \"" + column + "\", which \"" + dataPath + "\" lacks; ";
+    if (table.columns().size() == 1)
+        throw Error(lack + "the file was read as one column alone: separate its columns by comma, semicolon or tab, " +
+                    "or say --delimiter.");
+    throw Error(lack + "add the column, or name another one with \"vornaset number\".");
 }
 
 vornaset::Dictionary makeJob(std::shared_ptr<const DataTable> table, const MergePlan& plan, EmptyLines emptyLines,
@@ -201,7 +205,7 @@ RunResult merge(const MergeOptions& options, RunWatcher& watcher) {
                                options.range, lastPlace);
     for (const std::string& warning : plan.warnings) warnings.add(warning);
     const TemplateCheck check = checkTemplate(place.facts(), *table, rules);
-    refuseMissingColumns(check, options.dataPath);
+    refuseMissingColumns(check, *table, options.dataPath);
     warnings.addAll(check);
     warnings.addRepetitions(place.facts(), plan.offset);
     watcher.writingBegins();

@@ -122,6 +122,7 @@ std::string runPreview(const PreviewOptions& options, RunWatcher& watcher) {
         merge.reportPath.clear();
         merge.range.start = (options.record - 1) / offset * offset + 1;
         merge.range.count = offset;
+        merge.range.shown = options.record;
         const RunResult result = mergeInto(folder, merge, watcher);
         if (result.outcome == RunOutcome::Stopped) throw Stopped();
         image.finish(drawnUnlessStopped(merge.outputPath, page, options.pixelsPerInch, watcher));

@@ -65,6 +65,19 @@ TEST(MergePlan, RecordsBetweenPageSetsAreToldUnlessAStoryWalksThroughThem) {
     EXPECT_TRUE(planMerge(10, {1}, 1, range(1, {}, 3), 3).warnings.empty());
 }
 
+TEST(MergePlan, ARecordThatIsToBeShownMustBeThereAndNotOnlyItsPageSet) {
+    MergeRange second = range(25, 24);
+    second.shown = 25;
+    EXPECT_EQ(planMerge(25, {24}, 1, second).records, 1u);
+    second.shown = 30;
+    try {
+        planMerge(25, {24}, 1, second);
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_STREQ(error.what(), "the data has 25 records, so there is no record 30; choose a smaller --record.");
+    }
+}
+
 TEST(MergePlan, GapsInTheNumbersAreTold) {
     EXPECT_EQ(planMerge(10, {1, 2, 4, 8}, 1, {}).warnings,
               std::vector<std::string>{"the frame numbers have gaps, no frame has the number 3, 5 to 7"});

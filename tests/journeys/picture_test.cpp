@@ -111,6 +111,12 @@ TEST_F(Pictures, ASlotWhoseColumnTheDataLackIsToldBeforeTheRun) {
         "frame u102 takes its picture from the column \"photo\", which \"rows.csv\" lacks; add the column, or "
         "name another one with \"vornaset number\".",
         names());
+    write("pipes.csv", "first|photo\nA|B\n");
+    expectFailure(
+        "$VORNASET merge $SAMPLES/cards.idml pipes.csv -o x.pdf --quiet", 1,
+        "frame u102 takes its picture from the column \"photo\", which \"pipes.csv\" lacks; the file was read as "
+        "one column alone: separate its columns by comma, semicolon or tab, or say --delimiter.",
+        names());
 }
 
 TEST_F(Pictures, ADiskThatFillsWhileABarcodeIsWrittenEmptiesThatSlotAndIsReported) {
