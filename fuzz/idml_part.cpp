@@ -1,11 +1,13 @@
 // Foreign IDML: the first byte says what the rest is, a part of a document, a snippet or a whole package.
 //
 // g graphic, f fonts, s styles, p preferences, S spread, M master spread, T story, d designmap, x snippet, z package.
-// Reading may refuse with an InputError; anything else is a bug. What was read is walked through as its users do.
+// Reading may refuse with an InputError; anything else is a bug. What was read is walked through as its users do. Any
+// other first byte leaves all parts plain, and then nothing may be refused.
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "desk/idml/package.h"
@@ -75,6 +77,12 @@ void walk(desk::Document& document) {
         if (!(document.page(uid)->rectInSpread().width() > 0)) __builtin_trap();
 }
 
+/// What the plain parts make, so that a seed meets a whole document around it.
+void requirePlain(desk::Document& document) {
+    if (document.stories.size() != 2 || document.masterSpreads.size() != 1 || !document.itemWithSelf("uf"))
+        __builtin_trap();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -82,11 +90,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const char kind = static_cast<char>(data[0]);
     std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
     const bool isWhole = kind == 'x' || kind == 'z';
+    const bool isPlain = std::string_view("gfspSMTtdxz").find(kind) == std::string_view::npos;
     try {
         const auto document =
             desk::readDocument(isWhole ? std::move(bytes) : packageWith(kind, std::move(bytes)), "fuzz.idml");
         walk(*document);
+        if (isPlain) requirePlain(*document);
     } catch (const desk::InputError&) {
+        if (isPlain) __builtin_trap();
     }
     return 0;
 }
