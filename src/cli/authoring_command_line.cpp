@@ -119,7 +119,9 @@ const CLI::App& AuthoringArguments::commandInUse() const {
 AuthoringCommand AuthoringArguments::read() const {
     AuthoringCommand command;
     command.openTemplate = openTemplate_;
-    command.outputPath = outputPath_.empty() ? openTemplate_.path : outputPath_;
+    const bool saysOutput = commandInUse().count("--output") > 0;
+    if (saysOutput && outputPath_.empty()) throw UsageError("--output needs a file name.");
+    command.outputPath = saysOutput ? outputPath_ : openTemplate_.path;
     if (number_->parsed()) {
         for (const std::string& assignment : assignments_) command.assignments.push_back(assignmentOf(assignment));
         return command;

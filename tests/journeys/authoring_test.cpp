@@ -91,6 +91,8 @@ TEST_F(Authoring, WhatCannotBeDoneIsToldInASentence) {
         {"number $SAMPLES/cards.idml u104=-1 -o x.idml", 2, "\"u104=-1\" says no frame number;"},
         {"placeholder $SAMPLES/letter.idml u108 City", 2,
          "\"u108\" says no place in a story; say STORY:POSITION, like u10a:0."},
+        {"number $SAMPLES/cards.idml u104=1 -o ''", 2, "--output needs a file name."},
+        {"placeholder $SAMPLES/letter.idml u108:0 City -o ''", 2, "--output needs a file name."},
         {"placeholder $SAMPLES/letter.idml nowhere:0 City -o x.idml", 1, "has no story \"nowhere\";"},
         {"placeholder $SAMPLES/letter.idml u10c:99999 City -o x.idml", 1, "the story u10c has positions 0 to "},
         {"placeholder $SAMPLES/letter.idml u10c:0 'a>>b' -o x.idml", 1,
@@ -103,7 +105,8 @@ TEST_F(Authoring, WhatCannotBeDoneIsToldInASentence) {
         {"placeholder $SAMPLES/letter.idml u10c:0 \"$(printf 'a\\377')\" -o x.idml", 1,
          "the key of the placeholder holds a line end"},
         {"placeholder $SAMPLES/letter.idml u10c:12 City -o x.idml", 1,
-         "position 12 of the story u10c is inside a placeholder or beside a part of its marks; take a place in front of "
+         "position 12 of the story u10c is inside a placeholder or beside a part of its marks; take a place in front "
+         "of "
          "it or behind."},
         {"number $SAMPLES/cards.idml u104=1 u104=2 -o x.idml", 1, "the frame u104 gets two numbers; name it once."},
         {"number $SAMPLES/cards.idml \"u102=1:$(printf 'a\\nb')\" -o x.idml", 1,
