@@ -11,15 +11,9 @@
 #include <set>
 #include <string>
 
-#define FUZZ_TARGETS(use)                                                                                    \
-    use(csv_table, "TablesAreReadOrRefused") use(format_text, "FormatsGiveTexts")                            \
-        use(idml_part, "DocumentsAreReadOrRefused") use(idml_saving, "SavedDocumentsOpenAsTheyWere")         \
-            use(json_text, "JsonIsReadOrRefused") use(pdf_rewrite, "PdfFilesAreRewrittenOrRefused")          \
-                use(picture, "PicturesAreReadOrRefused") use(property_list, "PropertyListsAreReadOrRefused") \
-                    use(xml_text, "XmlIsReadOrRefused")
-
-#define DECLARE(name, promise) extern "C" int fuzz_##name(const uint8_t* data, size_t size);
-FUZZ_TARGETS(DECLARE)
+using Run = int(const uint8_t* data, size_t size);
+extern "C" Run fuzz_csv_table, fuzz_format_text, fuzz_idml_part, fuzz_idml_saving, fuzz_json_text, fuzz_pdf_rewrite,
+    fuzz_picture, fuzz_property_list, fuzz_xml_text;
 
 namespace {
 
@@ -31,11 +25,18 @@ constexpr size_t fewestSeeds = 10;
 struct Target {
     const char* name;
     const char* promise;
-    int (*run)(const uint8_t* data, size_t size);  ///< aborts where the promise is broken
+    Run* run;  ///< aborts where the promise is broken
 };
 
-#define LIST(name, promise) {#name, promise, fuzz_##name},
-const Target targets[] = {FUZZ_TARGETS(LIST)};
+const Target targets[] = {{"csv_table", "TablesAreReadOrRefused", fuzz_csv_table},
+                          {"format_text", "FormatsGiveTexts", fuzz_format_text},
+                          {"idml_part", "DocumentsAreReadOrRefused", fuzz_idml_part},
+                          {"idml_saving", "SavedDocumentsOpenAsTheyWere", fuzz_idml_saving},
+                          {"json_text", "JsonIsReadOrRefused", fuzz_json_text},
+                          {"pdf_rewrite", "PdfFilesAreRewrittenOrRefused", fuzz_pdf_rewrite},
+                          {"picture", "PicturesAreReadOrRefused", fuzz_picture},
+                          {"property_list", "PropertyListsAreReadOrRefused", fuzz_property_list},
+                          {"xml_text", "XmlIsReadOrRefused", fuzz_xml_text}};
 
 /// As a failure names it.
 void PrintTo(const Target& target, std::ostream* out) {
