@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -15,33 +16,73 @@ namespace {
 
 constexpr int compressionLevel = 6;
 
-int paeth(int left, int up, int corner) {
-    const int guess = left + up - corner;
-    const int a = std::abs(guess - left), b = std::abs(guess - up), c = std::abs(guess - corner);
-    return a <= b && a <= c ? left : b <= c ? up : corner;
-}
-
-/// One row by one of the five filters. ISO/IEC 15948, 9.2.
-void filterRow(int filter, const unsigned char* row, const unsigned char* above, size_t size, size_t pixel,
-               unsigned char* out) {
-    for (size_t i = 0; i < size; ++i) {
-        const int left = i >= pixel ? row[i - pixel] : 0;
-        const int up = above ? above[i] : 0;
-        const int corner = above && i >= pixel ? above[i - pixel] : 0;
-        int expected = 0;
-        if (filter == 1) expected = left;
-        if (filter == 2) expected = up;
-        if (filter == 3) expected = (left + up) / 2;
-        if (filter == 4) expected = paeth(left, up, corner);
-        out[i] = static_cast<unsigned char>(row[i] - expected);
-    }
-}
+/// Of the three neighbours the one that is nearest to left + up - corner.
+constexpr auto paeth = [](int left, int up, int corner) {
+    const int a = std::abs(up - corner), b = std::abs(left - corner), c = std::abs(left + up - 2 * corner);
+    const int other = b <= c ? up : corner;
+    return (a <= b) & (a <= c) ? left : other;
+};
 
 /// Small differences deflate well: the usual measure of a filter.
-uint64_t weightOf(const unsigned char* row, size_t size) {
+int weightOf(unsigned char difference) {
+    return difference < 128 ? difference : 256 - difference;
+}
+
+/// A row with the row above it, a row of zeros for the first. Two samples that stand at the same place in neighbouring
+/// pixels are `pixel` bytes apart.
+struct Row {
+    const unsigned char* bytes;
+    const unsigned char* above;
+    size_t size, pixel;
+};
+
+/// Writes how the row differs from what is expected of it, and gives the differences' weight. The inner loops have a
+/// fixed length and an array of their own, so that compilers make vector instructions of them.
+template <class Expected>
+uint64_t filterRow(const Row& row, Expected expected, unsigned char* out) {
+    constexpr size_t blockSize = 32;
     uint64_t weight = 0;
-    for (size_t i = 0; i < size; ++i) weight += row[i] < 128 ? row[i] : 256u - row[i];
+    size_t at = 0;
+    const auto filterOne = [&](int left, int corner) {
+        out[at] = static_cast<unsigned char>(row.bytes[at] - expected(left, int{row.above[at]}, corner));
+        weight += static_cast<uint64_t>(weightOf(out[at]));
+        ++at;
+    };
+    while (at < std::min(row.pixel, row.size)) filterOne(0, 0);
+    for (; at + blockSize <= row.size; at += blockSize) {
+        unsigned char block[blockSize];
+        const unsigned char* here = row.bytes + at;
+        const unsigned char* above = row.above + at;
+        for (size_t i = 0; i < blockSize; ++i)
+            block[i] = static_cast<unsigned char>(
+                here[i] - expected(int{(here - row.pixel)[i]}, int{above[i]}, int{(above - row.pixel)[i]}));
+        int blockWeight = 0;
+        for (size_t i = 0; i < blockSize; ++i) blockWeight += weightOf(block[i]);
+        weight += static_cast<uint64_t>(blockWeight);
+        std::memcpy(out + at, block, blockSize);
+    }
+    while (at < row.size) filterOne(row.bytes[at - row.pixel], row.above[at - row.pixel]);
     return weight;
+}
+
+/// One of the five filters. ISO/IEC 15948, 9.2.
+uint64_t filterRow(int filter, const Row& row, unsigned char* out) {
+    switch (filter) {
+        case 1:
+            return filterRow(
+                row, [](int left, int, int) { return left; }, out);
+        case 2:
+            return filterRow(
+                row, [](int, int up, int) { return up; }, out);
+        case 3:
+            return filterRow(
+                row, [](int left, int up, int) { return (left + up) / 2; }, out);
+        case 4:
+            return filterRow(row, paeth, out);
+        default:
+            return filterRow(
+                row, [](int, int, int) { return 0; }, out);
+    }
 }
 
 struct Deflater {
@@ -200,16 +241,15 @@ EncodedBytes deflatedRows(std::string_view rows, const PixelLayout& layout) {
     const size_t pixel = std::max<size_t>(1, static_cast<size_t>(layout.samples * layout.bitsPerSample) / 8);
     std::string filtered;
     filtered.reserve((size + 1) * layout.height);
+    const std::vector<unsigned char> zeros(size);
     std::vector<unsigned char> tried(size), best(size);
-    const auto* row = reinterpret_cast<const unsigned char*>(rows.data());
-    const unsigned char* above = nullptr;
-    for (uint32_t y = 0; y < layout.height; ++y, above = row, row += size) {
+    Row row{reinterpret_cast<const unsigned char*>(rows.data()), zeros.data(), size, pixel};
+    for (uint32_t y = 0; y < layout.height; ++y, row.above = row.bytes, row.bytes += size) {
         int bestFilter = 0;
         uint64_t bestWeight = UINT64_MAX;
         // Filters do no good to packed samples.
         for (int filter = 0; filter < (layout.bitsPerSample < 8 ? 1 : 5); ++filter) {
-            filterRow(filter, row, above, size, pixel, tried.data());
-            const uint64_t weight = weightOf(tried.data(), size);
+            const uint64_t weight = filterRow(filter, row, tried.data());
             if (weight >= bestWeight) continue;
             bestWeight = weight;
             bestFilter = filter;
