@@ -12,10 +12,14 @@ namespace {
 
 volatile std::sig_atomic_t notesOnly = 0;
 volatile std::sig_atomic_t noted = 0;
+volatile std::sig_atomic_t last = 0;
 
+/// Who says the same thing twice won't wait. A terminal that closes may send two different signals for one wish.
 extern "C" void onSignal(int signal) {
-    if (notesOnly && !noted) {
-        noted = signal;
+    const bool isRepeated = signal == last;
+    last = signal;
+    if (notesOnly && !isRepeated) {
+        if (!noted) noted = signal;
         return;
     }
     static constexpr char sentence[] = "\nvornaset: stopped; no file was written.\n";

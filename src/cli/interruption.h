@@ -3,7 +3,7 @@
 namespace cli {
 
 /// Takes over Ctrl-C and the requests to end. As long as no file is being written such a signal ends the process at
-/// once with one sentence; afterwards it is only noted, and the run ends at its next page. A second one ends the
+/// once with one sentence; afterwards it is only noted, and the run ends at its next page. The same one again ends the
 /// process. Writing to a closed pipe and past a file size limit become ordinary write errors.
 void watchSignals();
 

@@ -15,11 +15,12 @@ class Surroundings : public Journey {
         write("tool", "#!/bin/sh\n" + text);
         ::chmod(path("tool").c_str(), 0755);
     }
-    /// Starts the command, waits until the tool has made the file "started", and sends a request to end.
-    Outcome endWhileTheToolWorks(const std::string& command) const {
+    /// Starts the command, waits until the tool has made the file "started", and sends a request to end, or more.
+    Outcome endWhileTheToolWorks(const std::string& command, const std::string& send = "kill -TERM $p") const {
         return run("TMPDIR=$PWD/tmp $VORNASET " + command +
                    " --barcode ./tool & p=$!; for i in $(seq 600); do [ -e started ] && break; sleep 0.05; done; "
-                   "[ -e started ] || { kill -KILL $p; exit 99; }; kill -TERM $p; wait $p");
+                   "[ -e started ] || { kill -KILL $p; exit 99; }; " +
+                   send + "; wait $p");
     }
     void expectToolIsGone() const {
         EXPECT_NE(run("kill -0 $(cat started) 2>&- && ! grep -q '^State:.Z' /proc/$(cat started)/status").status, 0)
@@ -137,6 +138,15 @@ TEST_F(Surroundings, ARequestToEndReachesTheBarcodeProgramToo) {
     const Outcome outcome = endWhileTheToolWorks(labels);
     EXPECT_EQ(outcome.status, 143);
     EXPECT_NE(outcome.errors.find("no file was written.\n"), std::string::npos) << outcome.errors;
+    EXPECT_EQ(names(), given);
+    EXPECT_EQ(output("ls -A tmp"), "");
+    expectToolIsGone();
+}
+
+TEST_F(Surroundings, TheTwoSignalsOfATerminalThatClosesAreOneWish) {
+    writeTool(hanging);
+    const Outcome outcome = endWhileTheToolWorks(labels, "kill -STOP $p; kill -TERM $p; kill -HUP $p; kill -CONT $p");
+    EXPECT_TRUE(outcome.status == 143 || outcome.status == 129) << outcome.status;
     EXPECT_EQ(names(), given);
     EXPECT_EQ(output("ls -A tmp"), "");
     expectToolIsGone();
