@@ -237,9 +237,8 @@ class PdfPages final : public PictureContent {
 
     PageFacts facts(int page, PageBox box) const override {
         return guarded([&] {
-            PageFacts facts = factsOf(pageAt(page), boxOf(page, box));
-            CountingSink sink;
-            writePage(page, box, {}, sink);
+            const PageFacts facts = factsOf(pageAt(page), boxOf(page, box));
+            check(page, box);
             return facts;
         });
     }
@@ -261,6 +260,16 @@ class PdfPages final : public PictureContent {
             std::string_view(*bytes_).substr(bytes_->size() > tail ? bytes_->size() - tail : 0);
         if (end.find("startxref") == std::string_view::npos)
             throw PictureError("is cut off in the middle. Copy or export it again");
+    }
+
+    /// Whether all that the page needs can be had. What pages share is looked at once.
+    void check(int page, PageBox box) const {
+        try {
+            writePage(page, box, {}, checked_);
+        } catch (...) {
+            checked_ = CountingSink();  // it knows objects that weren't reached
+            throw;
+        }
     }
 
     template <class Work>
@@ -382,6 +391,7 @@ class PdfPages final : public PictureContent {
     std::shared_ptr<QPDF> pdf_;
     std::vector<QPDFPageObjectHelper> pages_;
     Layers hiddenLayers_;
+    mutable CountingSink checked_;
     mutable std::map<int, Rect> painted_;  ///< by page, as far as they were asked for
 };
 

@@ -138,6 +138,17 @@ TEST(Pdf, PagesShareWhatTheirFileShares) {
     EXPECT_EQ(fontFiles, 1);
 }
 
+TEST(Pdf, APageThatNeedsADamagedObjectIsRefusedEveryTime) {
+    // Both pages need object 5 and what that refers to, of which one is nested too deep to be meant.
+    const std::string deep = std::string(300, '[') + std::string(300, ']');
+    const std::string page = "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Resources<</Properties 5 0 R>>>>";
+    const auto content =
+        readPdf(shared(pdfOf({catalog, "<</Type/Pages/Kids[3 0 R 4 0 R 7 0 R]/Count 3>>", page, page, "<</A 6 0 R>>",
+                              deep, "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]>>"})));
+    for (const int number : {1, 2, 1}) EXPECT_NE(refusal([&] { content->facts(number, PageBox::Crop); }), "") << number;
+    EXPECT_EQ(refusal([&] { content->facts(3, PageBox::Crop); }), "");
+}
+
 TEST(Pdf, APageThatDoesntExistIsRefused) {
     EXPECT_EQ(refusal([] { readPdf(shared(pagesOf(3)))->facts(4, PageBox::Crop); }),
               "has only 3 pages: there is no page 4. Give a page that exists");
