@@ -61,7 +61,7 @@ class Choices {
 std::string told(const desk::Labels& labels) {
     const std::map<std::string, std::string> sorted(labels.pairs().begin(), labels.pairs().end());
     std::string text = "{";
-    for (const auto& [key, value] : sorted) text += key + "=" + value + ";";
+    for (const auto& [key, value] : sorted) text.append(key).append("=").append(value).append(";");
     return text + "}";
 }
 

@@ -39,7 +39,7 @@ std::string hexadecimal(uint64_t number) {
 }
 
 /// The rest of a list keeps its spelling; references are separated by blanks.
-std::string withReference(std::string list, const std::string& id) {
+std::string withReference(const std::string& list, const std::string& id) {
     return list.empty() || list == "n" ? id : list + " " + id;
 }
 
