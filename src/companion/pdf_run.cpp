@@ -8,6 +8,7 @@
 #include "companion/whole_file.h"
 #include "companion/workplace.h"
 #include "pdf/page_inspection.h"
+#include "pdf/page_renderer.h"
 #include "pdf/pdf_keys.h"
 #include "pdf/pdf_merging.h"
 
@@ -168,13 +169,25 @@ class PdfRun {
         std::string text;
         std::uint32_t all = 0;
         for (std::uint64_t number = 1; number <= pages; ++number) {
-            const std::uint32_t mask = vornaset::cmykColorsForPDFPage(path, static_cast<std::int64_t>(number));
+            const std::uint32_t mask = inksOfPage(path, number);
             all |= mask;
             text += "page " + std::to_string(number) + ": " + lettersOf(mask) + "\n";
             if (!goesOn(number, pages)) return stopped();
         }
         if (pages > 1) text += "all pages: " + lettersOf(all) + "\n";
         return told(std::move(text), pages);
+    }
+
+    /// A page that can't be drawn has inks, too: nobody may take it for a white one.
+    std::uint32_t inksOfPage(const String& path, std::uint64_t number) const {
+        const auto page = vornaset::ReaderPage::open(path, static_cast<std::int64_t>(number));
+        const vornaset::Bitmap drawn =
+            page ? vornaset::drawPage(page->toDraw(), vornaset::PixelColours::cmyk) : vornaset::Bitmap();
+        if (drawn.isEmpty())
+            throw Error("\"" + input() + "\", page " + std::to_string(number) +
+                        ": the page can't be drawn; is Ghostscript there (Debian package ghostscript), and is the page "
+                        "sound?");
+        return vornaset::inksOfBitmap(drawn);
     }
 
     static std::string lettersOf(std::uint32_t mask) {

@@ -149,6 +149,16 @@ TEST_F(Pdf, InksAndBoxesAreTold) {
     EXPECT_EQ(contents("boxes.txt"), output("$VORNASET pdf boxes back.pdf"));
 }
 
+TEST_F(Pdf, APageThatCannotBeDrawnIsNotSaidToHaveNoInk) {
+    const Outcome outcome = run("PATH=/nowhere $VORNASET pdf inks back.pdf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(
+        outcome.errors,
+        "vornaset: \"back.pdf\", page 1: the page can't be drawn; is Ghostscript there (Debian package ghostscript), "
+        "and is the page sound?\n");
+}
+
 TEST_F(Pdf, APageBecomesAJPEG) {
     EXPECT_EQ(output("$VORNASET pdf jpeg front.pdf 2 -o page.jpg"), "page.jpg: 1 page\n");
     EXPECT_THAT(output("file page.jpg"), HasSubstr("595x841"));
