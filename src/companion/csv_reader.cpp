@@ -49,6 +49,16 @@ std::string excerpt(std::string_view text) {
     return "\"" + std::string(text.substr(0, end)) + (isCut ? "…\"" : "\"");
 }
 
+/// By its code point; null when a person sees all of the name. Such characters come from copying, and from files that
+/// got a byte order mark twice.
+const char* invisibleCharacterIn(std::string_view name) {
+    static constexpr std::pair<std::string_view, const char*> characters[] = {
+        {"\xEF\xBB\xBF", "U+FEFF"}, {"\xE2\x80\x8B", "U+200B"}, {"\xC2\xA0", "U+00A0"}, {"\xC2\xAD", "U+00AD"}};
+    for (const auto& [character, codePoint] : characters)
+        if (name.find(character) != name.npos) return codePoint;
+    return nullptr;
+}
+
 std::string resolved(const ScannedCell& cell) {
     std::string text;
     resolveCell({cell.content, cell.quoted}, [&](std::string_view piece) { text += piece; });
@@ -129,6 +139,8 @@ class CsvReader {
             warn(place, placeText(place) + " has no name, so no placeholder can use it");
         else if (name.front() == ' ' || name.back() == ' ')
             warn(place, placeText(place) + " is named " + excerpt(name) + " with a blank at its start or end");
+        else if (const char* character = invisibleCharacterIn(name))
+            warn(place, placeText(place) + " is named " + excerpt(name) + " with an invisible character, " + character);
     }
 
     void readRecord() {

@@ -106,7 +106,16 @@ INSTANTIATE_TEST_SUITE_P(
                      "line 1, column 2 has no name, so no placeholder can use it; line 1, column 3 has no name, so no "
                      "placeholder can use it"},
         AcceptedCase{"a blank at a name's start", "a, b\n1,2\n", "a| b / 1|2",
-                     "line 1, column 2 is named \" b\" with a blank at its start or end"}));
+                     "line 1, column 2 is named \" b\" with a blank at its start or end"},
+        AcceptedCase{"a second byte order mark",
+                     "\xEF\xBB\xBF\xEF\xBB\xBF"
+                     "a,b\n1,2\n",
+                     "\xEF\xBB\xBF"
+                     "a|b / 1|2",
+                     "line 1, column 1 is named \"\xEF\xBB\xBF"
+                     "a\" with an invisible character, U+FEFF"},
+        AcceptedCase{"a protected blank", "a\xC2\xA0,b\n1,2\n", "a\xC2\xA0|b / 1|2",
+                     "line 1, column 1 is named \"a\xC2\xA0\" with an invisible character, U+00A0"}));
 
 struct RefusedCase {
     const char* what;
