@@ -13,16 +13,20 @@ std::optional<std::size_t> DataTable::columnNamed(std::string_view name) const {
 }
 
 RawCell DataTable::rawCell(std::size_t row, std::size_t column) const {
+    std::vector<ScannedCell> found;
+    return rawCell(row, column, found);
+}
+
+RawCell DataTable::rawCell(std::size_t row, std::size_t column, std::vector<ScannedCell>& found) const {
     if (row >= rowOffsets_.size() || column >= columns_.size()) throw std::out_of_range("no such cell");
+    if (found.empty()) found.reserve(columns_.size());
     const char* textEnd = text_.data() + text_.size();
-    const char* at = text_.data() + rowOffsets_[row];
-    for (;;) {
-        ScannedCell cell = scanner_.scan(at, textEnd);
-        if (column == 0) return {cell.content, cell.quoted};
-        if (cell.end != CellEnd::delimiter) return {};
-        at = cell.next;
-        --column;
+    while (found.size() <= column) {
+        if (!found.empty() && found.back().end != CellEnd::delimiter) return {};
+        const char* at = found.empty() ? text_.data() + rowOffsets_[row] : found.back().next;
+        found.push_back(scanner_.scan(at, textEnd));
     }
+    return {found[column].content, found[column].quoted};
 }
 
 std::string DataTable::cell(std::size_t row, std::size_t column) const {

@@ -51,6 +51,10 @@ class DataTable {
     /// The same cell unresolved; for readers that resolve it into a form of their own by resolveCell.
     RawCell rawCell(std::size_t row, std::size_t column) const;
 
+    /// The same cells for a reader that asks for several of one record: `found` holds those that were met so far, from
+    /// the first on, and is filled as far as this one. Begins empty, and belongs to one row.
+    RawCell rawCell(std::size_t row, std::size_t column, std::vector<ScannedCell>& found) const;
+
     /// The line of the file on which a record begins, from 1. Walks the text: for messages, not for loops.
     std::size_t lineOfRow(std::size_t row) const;
 

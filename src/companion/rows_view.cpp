@@ -26,8 +26,8 @@ class SharedColumns {
 
     const KeyTable& keys() const { return keys_; }
 
-    Value text(std::size_t row, std::size_t key) const {
-        RawCell cell = table_->rawCell(row, columns_[key]);
+    Value text(std::size_t row, std::size_t key, std::vector<ScannedCell>& found) const {
+        RawCell cell = table_->rawCell(row, columns_[key], found);
         if (cell.content.find_first_of("\"\r\n\v") == std::string_view::npos) return String::fromUTF8(cell.content);
         std::string text;
         resolveCell(cell, [&](std::string_view piece) { text += piece; });
@@ -46,15 +46,16 @@ class Row : public vornaset::DictionarySource {
 
     std::size_t count() const override { return shared_->keys().count(); }
     String keyAt(std::size_t index) const override { return shared_->keys().keyAt(index); }
-    Value valueAt(std::size_t index) const override { return shared_->text(row_, index); }
+    Value valueAt(std::size_t index) const override { return shared_->text(row_, index, found_); }
     Value find(const String& key) const override {
         std::size_t index = shared_->keys().indexOf(key);
-        return index == KeyTable::npos ? Value() : shared_->text(row_, index);
+        return index == KeyTable::npos ? Value() : shared_->text(row_, index, found_);
     }
 
   private:
     std::shared_ptr<const SharedColumns> shared_;
     std::size_t row_;
+    mutable std::vector<ScannedCell> found_;  ///< a fill asks a record for several of its cells
 };
 
 class EmptyRow : public vornaset::DictionarySource {

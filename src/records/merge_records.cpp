@@ -1,11 +1,15 @@
 #include "records/merge_records.h"
 
+#include <functional>
 #include <set>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "host/api/host.h"
 #include "host/my_frame.h"
 #include "host/stories.h"
+#include "support/paths_host.h"
 
 namespace vornaset {
 
@@ -26,21 +30,27 @@ struct FillFields {
     String column{u""};
 };
 
+/// Of a text that needn't be copied to be looked up.
+struct TextHash {
+    using is_transparent = void;
+    size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
+};
+
 // Asked for every story and every picture of every fill, where parsing the few fields anew costs more than all else
 // that a fill does for a short story. The same text always says the same, so it is remembered by the record's text.
 const FillFields& knownFieldsOf(const UIDRef& frame) {
     constexpr size_t mostRemembered = 1024;
     static const FillFields none;
-    thread_local std::unordered_map<String, FillFields> remembered;
-    const String record = stringForKey(frame, kRecordKey, String());
-    if (record.isNull()) return none;
-    const auto known = remembered.find(record);
+    thread_local std::unordered_map<std::u16string, FillFields, TextHash, std::equal_to<>> remembered;
+    InterfacePtr<ITagStore> tags(frame);
+    const PMString record = tags ? tags->GetTag(kRecordKey) : PMString();
+    if (record.IsEmpty()) return none;
+    const auto known = remembered.find(record.View());
     if (known != remembered.end()) return known->second;
     if (remembered.size() >= mostRemembered) remembered.clear();
-    const Element node = Element::withXMLString(record);
-    return remembered
-        .emplace(record, FillFields{integerForKey(node, kFrameNumber, 0), stringForKey(node, kColumnName, none.column)})
-        .first->second;
+    const Element node = Element::withXMLString(stringWithPMString(record));
+    const FillFields fields{integerForKey(node, kFrameNumber, 0), stringForKey(node, kColumnName, none.column)};
+    return remembered.emplace(record.View(), fields).first->second;
 }
 
 String textOfFrame(const UIDRef& frame, const char* key) {

@@ -104,17 +104,21 @@ std::optional<std::string> pathOfFileURL(std::string_view url) {
 
 std::string fileURLOfPath(std::string_view path) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const auto isPlain = [](unsigned char byte) {
+        return (byte >= 'a' && byte <= 'z') || (byte >= '-' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+               byte == '_' || byte == '~';
+    };
     std::string url = "file://";
-    for (const char character : path) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool isPlain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-                             (byte >= 'a' && byte <= 'z') ||
-                             std::string_view("-._~/").find(character) != std::string_view::npos;
-        if (isPlain) {
-            url += character;
-        } else {
-            url += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-        }
+    url.reserve(url.size() + path.size());
+    while (!path.empty()) {
+        const auto stop = std::find_if_not(path.begin(), path.end(), isPlain);
+        const auto plain = static_cast<size_t>(stop - path.begin());
+        url += path.substr(0, plain);
+        path.remove_prefix(plain);
+        if (path.empty()) break;
+        const auto byte = static_cast<unsigned char>(path.front());
+        url += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+        path.remove_prefix(1);
     }
     return url;
 }

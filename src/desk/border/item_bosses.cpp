@@ -135,7 +135,13 @@ class ItemBoss final : public FamilyBoss<IGeometry, IFrameData, ITagStore> {
     // ITagStore
     PMString GetTag(const char* key) override {
         const PageItem* item = pageItem();
-        return item && key ? PMString(item->labels.get(key).c_str()) : PMString();
+        if (!item || !key) return {};
+        const std::string& tag = item->labels.get(key);
+        if (tag != lastTag_) {
+            lastTag_ = tag;
+            lastTagText_ = PMString(tag.c_str());
+        }
+        return lastTagText_;
     }
     void SetTag(const char* key, const PMString& value) override {
         PageItem* item = pageItem();
@@ -160,6 +166,10 @@ class ItemBoss final : public FamilyBoss<IGeometry, IFrameData, ITagStore> {
         if (item) boundsUnder(*document(), *item, Matrix{m.a, m.b, m.c, m.d, m.tx, m.ty}, edge, box, 0);
         return pmRect(box);
     }
+
+    // A merge asks every frame for the same tag with every record.
+    std::string lastTag_;
+    PMString lastTagText_;
 };
 
 class MultiColumnFrameBoss final : public FamilyBoss<IMultiColumnTextFrame> {

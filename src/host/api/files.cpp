@@ -1,5 +1,6 @@
 // File locations of the border: between paths and URLs of local files (RFC 8089).
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -51,11 +52,11 @@ std::optional<std::string> decoded(std::u16string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
     while (!text.empty()) {
-        if (text.front() < 0x80 && text.front() != u'%' && text.front() != 0) {
-            bytes += static_cast<char>(text.front());
-            text.remove_prefix(1);
-            continue;
-        }
+        const auto isPlain = [](char16_t unit) { return unit < 0x80 && unit != u'%' && unit != 0; };
+        const auto stop = std::find_if_not(text.begin(), text.end(), isPlain);
+        bytes.append(text.begin(), stop);
+        text.remove_prefix(static_cast<size_t>(stop - text.begin()));
+        if (text.empty()) break;
         if (text.front() != u'%') {
             const uint32_t codePoint = takeCodePoint(text);
             if (codePoint == 0) return std::nullopt;
