@@ -13,7 +13,6 @@ using vornaset::Handle;
 using vornaset::MyPDFArray;
 using vornaset::MyPDFDictionary;
 using vornaset::MyPDFDoc;
-using vornaset::MyPDFName;
 using vornaset::MyPDFNumber;
 using vornaset::MyPDFObj;
 using vornaset::MyPDFStream;

@@ -18,7 +18,6 @@ using vornaset::Handle;
 using vornaset::MyPDFArray;
 using vornaset::MyPDFDictionary;
 using vornaset::MyPDFDoc;
-using vornaset::MyPDFStream;
 using vornaset::String;
 
 namespace {
@@ -142,6 +141,7 @@ class PdfRun {
             watcher_.warn(std::to_string(paths.size() - pages) + " backgrounds more than pages were named");
         refuseFullPages(document, input());
         std::vector<vornaset::Value> names;
+        names.reserve(paths.size());
         for (const std::string& path : paths) names.emplace_back(String(path.c_str()));
         std::uint64_t opened = 0;
         vornaset::mergeDocWithPaths(document, vornaset::Array::make(std::move(names)), [&](const String& path) {

@@ -33,7 +33,7 @@ ordered_json told(const ProblemPage& problem) {
 void appendIndented(std::string& text, std::string_view lines) {
     for (const char character : lines) {
         text += character;
-        if (character == '\n') text.append(2 * indentation, ' ');
+        if (character == '\n') text.append(std::size_t{2} * indentation, ' ');
     }
 }
 
