@@ -52,7 +52,8 @@ class DocumentBoss final : public ObjectBoss<IDocument, IPageList, ISpreadList, 
     UID GetNthPageUID(int32_t index) override {
         UID found;
         forEachSpread([&](const Spread& spread) {
-            if (found == kInvalidUID) found = nth(spread.pages, index);
+            if (index < 0) return;
+            found = nth(spread.pages, index);
             index -= static_cast<int32_t>(spread.pages.size());
         });
         return found;
@@ -249,10 +250,10 @@ class SpreadBoss final : public ObjectBoss<ISpread, IHierarchy> {
     }
     ISpreadLayer* QueryLayer(IDocumentLayer* layer, LayerPart part) override {
         if (!here() || !layer || part != LayerPart::Content) return nullptr;
-        const UID wanted = ::GetUID(layer);
+        const UIDRef wanted = ::GetUIDRef(layer);
         for (Uid candidate : here()->layers) {
             const SpreadLayer* spreadLayer = document()->spreadLayer(candidate);
-            if (spreadLayer && UID(spreadLayer->layer) == wanted)
+            if (spreadLayer && UIDRef(&database(), UID(spreadLayer->layer)) == wanted)
                 return static_cast<ISpreadLayer*>(database().Instantiate(UID(candidate), IID_ISPREADLAYER));
         }
         return nullptr;

@@ -174,6 +174,7 @@ class ItemServices final : public BossOf<IGeometryUtils, ITransformUtils, IHiera
     }
 
     static Rect extentOf(const Document& document, const PageItem& item) {
+        if (item.path.empty() && item.graphic) return item.graphic->bounds;
         if (!item.path.empty() || item.children.empty()) return boundsOf(item.path);
         Rect all;
         bool first = true;

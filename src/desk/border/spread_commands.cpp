@@ -15,10 +15,11 @@ class NewSpreadCommand final
   public:
     using CommandBoss::CommandBoss;
 
-    void Set(const UIDRef& document, int32_t count, int32_t, int32_t, int32_t pages, int32_t, int32_t, int32_t,
+    void Set(const UIDRef& document, int32_t count, int32_t position, int32_t, int32_t pages, int32_t, int32_t, int32_t,
              const NewPageRecord& page) override {
         document_ = document;
         count_ = count;
+        position_ = position;
         pages_ = pages;
         page_ = page;
     }
@@ -33,15 +34,23 @@ class NewSpreadCommand final
         const bool hasSize = page_.width > 0 && page_.height > 0;
         if (!isDocument || count_ < 1 || count_ > mostSpreads || pages_ < 1 || pages_ > mostPages || !hasSize)
             return kFailure;
+        if (!isBehindTheLast(*document)) return kFailure;
         results_ = UIDList(database);
-        for (int32_t i = 0; i < count_; ++i) results_.Append(UID(addSpread(*document).uid));
+        size_t pageNumber = document->pages().size();
+        for (int32_t i = 0; i < count_; ++i) results_.Append(UID(addSpread(*document, pageNumber).uid));
         document->modified = true;
         return kSuccess;
     }
 
   private:
-    /// Pages as on the first spread: masters, margins and spine are taken from there.
-    Spread& addSpread(Document& document) const {
+    /// The one place where the desk makes spreads.
+    bool isBehindTheLast(const Document& document) const {
+        return position_ == -1 || (position_ >= 0 && static_cast<size_t>(position_) == document.spreads.size());
+    }
+
+    /// Pages as on the first spread: masters, margins and spine are taken from there. `pageNumber` is that of the
+    /// document's last page, before and after.
+    Spread& addSpread(Document& document, size_t& pageNumber) const {
         const Spread* first = document.spreads.empty() ? nullptr : document.spread(document.spreads.front());
         const Spread* last = document.spreads.empty() ? nullptr : document.spread(document.spreads.back());
         const std::vector<Uid> models = first ? first->pages : std::vector<Uid>();
@@ -49,7 +58,6 @@ class NewSpreadCommand final
         const double below =
             last ? last->transform.f + heightOf(document, *last) / 2 + page_.height / 2 + betweenSpreads : 0;
         const bool hasMasterItems = !first || first->showMasterItems;
-        size_t number = document.pages().size();
         Spread& spread = document.addSpread(false);
         spread.transform = Matrix::translation(0, below);
         spread.bindingLocation = spine;
@@ -57,7 +65,7 @@ class NewSpreadCommand final
         const double left = document.preferences.facingPages ? -spine * page_.width : -pages_ * page_.width / 2;
         for (int32_t i = 0; i < pages_; ++i) {
             Page& page = document.addPage(spread);
-            page.name = std::to_string(++number);
+            page.name = std::to_string(++pageNumber);
             page.bounds = {0, 0, page_.width, page_.height};
             page.transform = Matrix::translation(left + i * page_.width, -page_.height / 2);
             if (models.empty()) continue;
@@ -75,7 +83,7 @@ class NewSpreadCommand final
     }
 
     UIDRef document_;
-    int32_t count_ = 0, pages_ = 0;
+    int32_t count_ = 0, position_ = -1, pages_ = 0;
     NewPageRecord page_;
 };
 

@@ -41,13 +41,13 @@ class BorderAuthoring : public testing::HostFixture {
         InterfacePtr<IGeometry> geometry(database, UID(uid));
         return geometry->GetPathBoundingBox(geometry->InnerToPasteboard());
     }
-    ErrorCode newSpreads(int32_t count, int32_t pages, std::vector<Uid>* made = nullptr) {
+    ErrorCode newSpreads(int32_t count, int32_t pages, std::vector<Uid>* made = nullptr, int32_t position = -1) {
         InterfacePtr<IPMCommand> command(Adopt::Reference, CmdUtils::CreateCommand(kNewSpreadCmdBoss));
         InterfacePtr<INewSpreadCmdData> data(command.get());
         NewPageRecord record;
         record.width = 300;
         record.height = 200;
-        data->Set(documentRef(), count, -1, 0, pages, 0, 0, 0, record);
+        data->Set(documentRef(), count, position, 0, pages, 0, 0, 0, record);
         InterfacePtr<INewSpreadReferenceCmdData>(command.get())->Set(UIDRef::gNull, 1);
         InterfacePtr<INewSpreadOptionCmdData>(command.get())->Set(-1);
         const ErrorCode result = CmdUtils::ProcessCommand(command.get());
@@ -183,6 +183,16 @@ TEST_F(BorderAuthoring, NewSpreadsStandBelowTheOthersAndHaveTheirPages) {
     EXPECT_EQ(newSpreads(1, 0), kFailure);
 }
 
+TEST_F(BorderAuthoring, NewSpreadsAreMadeBehindTheLastAndNowhereElse) {
+    std::vector<Uid> made;
+    EXPECT_EQ(newSpreads(1, 1, nullptr, 0), kFailure);
+    EXPECT_EQ(newSpreads(1, 1, nullptr, 2), kFailure);
+    EXPECT_EQ(newSpreads(1, 1, nullptr, -2), kFailure);
+    EXPECT_THAT(document.spreads, ElementsAre(spread->uid));
+    EXPECT_EQ(newSpreads(1, 1, &made, 1), kSuccess);
+    EXPECT_THAT(document.spreads, ElementsAre(spread->uid, made[0]));
+}
+
 TEST_F(BorderAuthoring, DeletedSpreadsTakeTheirPagesAndItemsAndTheLastOneStays) {
     std::vector<Uid> made;
     newSpreads(1, 1, &made);
@@ -243,6 +253,21 @@ TEST_F(BorderAuthoring, AnItemBelongsToThePageUnderItsMiddle) {
     };
     EXPECT_EQ(owner(), page->uid);
     document.item(frame)->transform = Matrix::translation(-5000, 0);
+    EXPECT_EQ(owner(), 0u);
+}
+
+TEST_F(BorderAuthoring, APictureWithoutAPathBelongsToThePageUnderTheMiddleOfItsBounds) {
+    const Uid picture = graphicIn(pictureFrame());
+    PageItem& item = *document.item(picture);
+    item.path.clear();
+    item.graphic.emplace().bounds = {0, 0, 40, 20};
+    item.transform = Matrix::translation(-10, 100);
+    const auto owner = [&] {
+        InterfacePtr<IHierarchy> family(database, UID(picture));
+        return Utils<IHierarchyUtils>()->GetOwnerPageUID(family.get(), 1).Get();
+    };
+    EXPECT_EQ(owner(), page->uid) << "its corner alone stands beside the page";
+    item.transform = Matrix::translation(-30, 100);
     EXPECT_EQ(owner(), 0u);
 }
 

@@ -128,6 +128,20 @@ TEST_F(BorderObjects, SpreadGivesItsLayerOfADocumentLayer) {
     EXPECT_EQ(here->GetPageIndex(UID(page->uid)), 0);
 }
 
+TEST_F(BorderObjects, SpreadHasNoLayerOfAnotherDocument) {
+    Document other;
+    while (other.addLayer("Layer").uid < layer->uid) continue;
+    ASSERT_EQ(other.layers.back().uid, layer->uid) << "the same number in another document";
+    IDataBase* otherDatabase = border.open(other, layout);
+    {
+        InterfacePtr<ISpread> here(ref(spread->uid));
+        InterfacePtr<IDocumentLayer> foreign(otherDatabase, UID(layer->uid));
+        ASSERT_TRUE(here && foreign);
+        EXPECT_EQ(here->QueryLayer(foreign.get(), LayerPart::Content), nullptr);
+    }
+    border.close(other);
+}
+
 TEST_F(BorderObjects, PagesBoundsHoldEveryPageOfTheSpread) {
     Page& right = document.addPage(*spread);
     right.transform = Matrix::translation(612, 0);
