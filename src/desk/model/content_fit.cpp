@@ -23,9 +23,9 @@ struct Holding {
 Holding holdingOf(Document& document, Uid frameOrPicture) {
     PageItem* item = document.item(frameOrPicture);
     if (!item) return {};
-    if (item->kind == ItemKind::Graphic) return {document.item(item->parent), item};
-    if (!canHoldPicture(*item)) return {};
-    return {item, pictureIn(document, item->uid)};
+    PageItem* frame = item->kind == ItemKind::Graphic ? document.item(item->parent) : item;
+    if (!frame || !canHoldPicture(*frame)) return {};
+    return {frame, frame == item ? pictureIn(document, item->uid) : item};
 }
 
 Rect naturalBounds(const PageItem& picture) {

@@ -243,7 +243,9 @@ void Document::removeItem(Uid uid) {
             if (PageItem* found = item(child)) waiting.push_back(found);
         if (next->kind == ItemKind::TextFrame) unlinkFrame(*next);
         removeBeside(next->uid);
-        if (!next->self.empty()) itemsBySelf_.erase(next->self);
+        // Of several items with the same id another one may be the one that is named.
+        const auto named = itemsBySelf_.find(next->self);
+        if (named != itemsBySelf_.end() && named->second == next->uid) itemsBySelf_.erase(named);
         entries_[next->uid] = Entry{};
         *next = PageItem{};
         freeItems_.push_back(next);

@@ -180,6 +180,13 @@ TEST_F(ContentFitTest, NothingToFitIsAFailure) {
     EXPECT_FALSE(document.modified);
 }
 
+TEST_F(ContentFitTest, AGroupIsNoFrameForThePictureInIt) {
+    PageItem& group = document.addItem(ItemKind::Group);
+    document.placeInside(*picture, group);
+    EXPECT_FALSE(fitContent(document, picture->uid, ContentFit::FrameToContent));
+    EXPECT_TRUE(group.path.empty());
+}
+
 TEST_F(ContentFitTest, EveryChangeOfThePictureIsSeenByItsRevision) {
     putIntoFrame(document, picture->uid, frame->uid);
     const uint64_t revision = picture->revision;

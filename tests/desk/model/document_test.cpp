@@ -97,6 +97,16 @@ TEST(Document, RemovedItemTakesWhatItHolds) {
     EXPECT_TRUE(one.document.spreadLayer(one.spread->layers[0])->items.empty());
 }
 
+TEST(Document, RemovedNamesakeLeavesTheItemThatItsIdMeans) {
+    Document document;
+    const Uid first = document.addItem(ItemKind::Oval, "u1").uid, second = document.addItem(ItemKind::Oval, "u1").uid;
+    document.removeItem(second);
+    ASSERT_NE(document.itemWithSelf("u1"), nullptr);
+    EXPECT_EQ(document.itemWithSelf("u1")->uid, first);
+    document.removeItem(first);
+    EXPECT_EQ(document.itemWithSelf("u1"), nullptr);
+}
+
 TEST(Document, UidOfARemovedItemIsNotGivenAgain) {
     OnePage one;
     const Uid removed = one.document.addItem(ItemKind::Rectangle).uid;
