@@ -85,11 +85,12 @@ IDocumentLayer* DocumentBorder::queryHostLayer() {
 }
 
 void DocumentBorder::collectItem(Uid uid, std::vector<Uid>& found) const {
+    const size_t first = found.size();
     found.push_back(uid);
-    for (size_t next = found.size() - 1; next < found.size(); ++next)
+    for (size_t next = first; next < found.size(); ++next)
         if (const PageItem* item = document_->item(found[next]))
             found.insert(found.end(), item->children.begin(), item->children.end());
-    for (size_t i = 0, items = found.size(); i < items; ++i) {
+    for (size_t i = first, items = found.size(); i < items; ++i) {
         const PageItem* item = document_->item(found[i]);
         if (!item) continue;
         if (item->kind == ItemKind::TextFrame) {
