@@ -1,5 +1,5 @@
 #pragma once
-// Where a page item is, how it is moved, resized and deleted, and how its content is brought to fit. Rectangles are in
+// Where a page item is, how it is moved and resized, and how its content is brought to fit. Rectangles are in
 // pasteboard points. A flag named `mm` asks for millimetres when it equals 1; every other value means points.
 //
 // Readings of a missing item give a rectangle of zeros. The writing functions hand the reference to the host as it is
