@@ -1,6 +1,5 @@
 #include "placeholders/authoring.h"
 
-#include <optional>
 #include <string_view>
 
 #include "host/api/host.h"
@@ -21,13 +20,19 @@ constexpr std::u16string_view kClosing = u">>";
 /// Characters that end a line and so a placeholder that isn't closed before them (Unicode UTS 18, RL1.6).
 constexpr std::u16string_view kLineEnds = u"\n\v\f\r\u0085\u2028\u2029";
 
-/// The length of the key that begins a text and is followed by the closing mark: at least one character, and that may
-/// be a ">" itself. Nothing when the line ends before.
-std::optional<size_t> keyLength(std::u16string_view text) {
-    const std::u16string_view line = text.substr(0, text.find_first_of(kLineEnds));
-    const size_t closing = line.find(kClosing, 1);
-    if (closing == std::u16string_view::npos) return std::nullopt;
-    return closing;
+/// Where a key ends: at its closing mark or, unclosed, at its line's end.
+struct KeyEnd {
+    size_t length = 0;
+    bool isClosed = false;
+};
+
+/// Of the key that begins a text: at least one character, and that may be a ">" itself.
+KeyEnd endOfKey(std::u16string_view text) {
+    for (size_t place = 0; place < text.size(); ++place) {
+        if (kLineEnds.find(text[place]) != std::u16string_view::npos) return {place, false};
+        if (place > 0 && text.substr(place).starts_with(kClosing)) return {place, true};
+    }
+    return {text.size(), false};
 }
 
 String withoutSpacesAround(std::u16string_view key) {
@@ -67,12 +72,13 @@ unsigned char collectMissingPlaceHolders(ITextModel* story, void* context) {
     size_t place = units.find(kOpening);
     while (place != std::u16string_view::npos) {
         const size_t begin = place + kOpening.size();
-        const std::optional<size_t> length = keyLength(units.substr(begin));
-        if (length) {
-            const String key = withoutSpacesAround(units.substr(begin, *length));
+        const KeyEnd end = endOfKey(units.substr(begin));
+        if (end.isClosed) {
+            const String key = withoutSpacesAround(units.substr(begin, end.length));
             if (!isAmong(search.knownKeys, key)) search.result.add(key);
         }
-        place = units.find(kOpening, length ? begin + *length + kClosing.size() : place + 1);
+        // Where one mark stays unclosed, so do all behind it on its line: none is looked at twice.
+        place = units.find(kOpening, begin + end.length + (end.isClosed ? kClosing.size() : 0));
     }
     return 1;
 }

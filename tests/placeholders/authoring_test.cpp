@@ -135,6 +135,21 @@ TEST_F(AuthoringTest, EmptyPlaceholderIsNotSeen) {
     EXPECT_THAT(missing({}), IsEmpty());
 }
 
+TEST_F(AuthoringTest, MarksWithoutEndDontHideThePlaceholderOnTheNextLine) {
+    textFrame(u"<<a <<b <\r<<Name>> <<c\u2028<<d>>");
+    EXPECT_THAT(missing({}), ElementsAre("Name", "d"));
+}
+
+TEST_F(AuthoringTest, TextIsReadOnceHoweverManyMarksStayOpenOrAreClosed) {
+    // Reading the rest of the line again for each mark would take longer than a test may.
+    constexpr size_t many = 300'000;
+    std::u16string closed;
+    for (size_t key = 0; key < many; ++key) closed += u"<<K>>";
+    textFrame(std::u16string(many, u'<'));
+    textFrame(closed);
+    EXPECT_THAT(missing({"K"}), IsEmpty());
+}
+
 TEST_F(AuthoringTest, EmptyPlaceholderTakesInWhatFollowsUpToTheNextEnd) {
     textFrame(u"<<>> and <<Name>>");
     EXPECT_THAT(missing({}), ElementsAre(">> and <<Name"));
