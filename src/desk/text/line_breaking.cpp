@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace desk {
 namespace {
@@ -109,11 +110,17 @@ static double runningBack(const std::vector<BreakCandidate>& candidates) {
     return widest + 2;
 }
 
+static Extent between(const Extent& start, const Extent& end) {
+    return {end.natural - start.natural, end.stretch - start.stretch, end.shrink - start.shrink};
+}
+
+static double narrowestWidth(const Extent& line, LineFilling filling) {
+    return filling == LineFilling::Ragged ? line.natural : line.natural - line.shrink;
+}
+
 Extent LineBreaker::extentOf(uint32_t from, uint32_t to, uint32_t line) const {
     if (tabs_ && tabs_->hasTab(from, to)) return tabs_->extent(from, to, line);
-    const Extent& start = (*candidates_)[from].start;
-    const Extent& end = (*candidates_)[to].end;
-    return {end.natural - start.natural, end.stretch - start.stretch, end.shrink - start.shrink};
+    return between((*candidates_)[from].start, (*candidates_)[to].end);
 }
 
 void LineBreaker::addNode(const Node& node, uint32_t firstOfCandidate) {
@@ -126,21 +133,22 @@ void LineBreaker::addNode(const Node& node, uint32_t firstOfCandidate) {
     nodes_.push_back(node);
 }
 
-/// False when the line would be too full on every measure: earlier starts are too full as well.
-bool LineBreaker::addLine(uint32_t from, uint32_t to, double tolerance, bool isLastPass) {
+/// Gives the least width that the line needs wherever it stands; the start must have nodes.
+double LineBreaker::addLine(uint32_t from, uint32_t to, double tolerance, bool isLastPass) {
     const uint32_t firstNew = firstNode_[to];
     const BreakCandidate& end = (*candidates_)[to];
     const bool isLast = end.kind == BreakKind::End;
-    bool allTooFull = true;
+    double narrowest = std::numeric_limits<double>::infinity();
     uint32_t costedLine = UINT32_MAX;
     LineCost cost;
     for (uint32_t n = firstNode_[from]; n < firstNode_[from + 1]; ++n) {
         const Node& before = nodes_[n];
         if (costedLine != before.line) {
             costedLine = before.line;
-            cost = costOfLine(extentOf(from, to, before.line), measures_.of(before.line), isLast, tolerance, rules_);
+            const Extent extent = extentOf(from, to, before.line);
+            cost = costOfLine(extent, measures_.of(before.line), isLast, tolerance, rules_);
+            narrowest = std::min(narrowest, narrowestWidth(extent, rules_.filling));
         }
-        allTooFull = allTooFull && cost.tooFull;
         // Nothing fits: what can't be divided any further stands in a line of its own.
         const bool overfull = cost.tooFull && isLastPass && from + 1 == to;
         if (!cost.fits && !overfull) continue;
@@ -158,20 +166,15 @@ bool LineBreaker::addLine(uint32_t from, uint32_t to, double tolerance, bool isL
                 : 0;
         addNode(node, firstNew);
     }
-    return !allTooFull;
+    return narrowest;
 }
 
+/// By the sums, in which tabs have no width: with them the line is wider yet.
 void LineBreaker::forgetFullLines(uint32_t to) {
     const Extent& end = (*candidates_)[to].end;
-    while (oldest_ + 1 < to) {
-        if (tabs_ && tabs_->hasTab(oldest_, to)) return;
-        const Extent& start = (*candidates_)[oldest_].start;
-        const double smallest = end.natural - start.natural - (end.shrink - start.shrink);
-        if (rules_.filling == LineFilling::Ragged ? end.natural - start.natural <= largestMeasure_ + margin_
-                                                  : smallest <= largestMeasure_ + margin_)
+    for (; oldest_ + 1 < to; ++oldest_)
+        if (narrowestWidth(between((*candidates_)[oldest_].start, end), rules_.filling) <= largestMeasure_ + margin_)
             return;
-        ++oldest_;
-    }
 }
 
 void LineBreaker::linesEndingAt(uint32_t to, double tolerance, bool isLastPass) {
@@ -179,6 +182,7 @@ void LineBreaker::linesEndingAt(uint32_t to, double tolerance, bool isLastPass) 
     const BreakCandidate& end = (*candidates_)[to];
     const bool mayBeShort =
         end.kind == BreakKind::End || (rules_.filling == LineFilling::Ragged && isLastPass) || tabs_;
+    const double tooWide = largestMeasure_ * (varying_ ? 2 : 1) + margin_;
     // From the latest start backwards: lines get fuller. Those much too empty are passed over without weighing.
     for (uint32_t from = to; from-- > oldest_;) {
         if (firstNode_[from] == firstNode_[from + 1]) continue;
@@ -189,7 +193,10 @@ void LineBreaker::linesEndingAt(uint32_t to, double tolerance, bool isLastPass) 
                                     : tolerance * raggedUnitsTolerated * rules_.raggedUnit;
             if (end.end.natural - start.natural + room + margin_ < smallestMeasure_) continue;
         }
-        addLine(from, to, tolerance, isLastPass);
+        const double width = addLine(from, to, tolerance, isLastPass);
+        // Where tabs stand, an earlier start makes the line no narrower either, but for that of the paragraph, which
+        // has an indent of its own.
+        if (tabs_ && width > tooWide && from > oldest_) from = oldest_ + 1;
     }
 }
 

@@ -102,7 +102,7 @@ class LineBreaker {
 
     bool tryTolerance(double tolerance, bool isLastPass);
     void linesEndingAt(uint32_t to, double tolerance, bool isLastPass);
-    bool addLine(uint32_t from, uint32_t to, double tolerance, bool isLastPass);
+    double addLine(uint32_t from, uint32_t to, double tolerance, bool isLastPass);
     void addNode(const Node& node, uint32_t firstOfCandidate);
     void forgetFullLines(uint32_t to);
     Extent extentOf(uint32_t from, uint32_t to, uint32_t line) const;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <random>
@@ -57,10 +58,53 @@ struct Best {
     bool found = false;
 };
 
+Extent sumOf(const std::vector<BreakCandidate>& places, uint32_t from, uint32_t to) {
+    const Extent& start = places[from].start;
+    const Extent& end = places[to].end;
+    return {end.natural - start.natural, end.stretch - start.stretch, end.shrink - start.shrink};
+}
+
+/// Behind some places stands a tab, which goes to the next multiple of 36 from the column's edge.
+class Tabs : public TabbedLines {
+  public:
+    Tabs(const std::vector<BreakCandidate>& places, std::vector<bool> hasTabBehind, double firstIndent)
+        : places_(places), hasTabBehind_(std::move(hasTabBehind)), firstIndent_(firstIndent) {}
+
+    bool hasTab(uint32_t from, uint32_t to) const override {
+        return std::find(hasTabBehind_.begin() + from + 1, hasTabBehind_.begin() + to, true) !=
+               hasTabBehind_.begin() + to;
+    }
+    Extent extent(uint32_t from, uint32_t to, uint32_t line) override {
+        ++measured;
+        const double start = line == 0 ? firstIndent_ : 0;
+        double x = start;
+        uint32_t last = from;
+        for (uint32_t at = from + 1; at < to; ++at) {
+            if (!hasTabBehind_[at]) continue;
+            x += sumOf(places_, last, at).natural;
+            x = (std::floor(x / 36 + 1e-9) + 1) * 36;
+            last = at;
+        }
+        const Extent rest = sumOf(places_, last, to);
+        return {x - start + rest.natural, rest.stretch, rest.shrink};
+    }
+    size_t measured = 0;
+
+  private:
+    const std::vector<BreakCandidate>& places_;
+    std::vector<bool> hasTabBehind_;
+    double firstIndent_;
+};
+
+Extent extentOf(const std::vector<BreakCandidate>& places, TabbedLines* tabs, uint32_t from, uint32_t to, size_t line) {
+    if (tabs && tabs->hasTab(from, to)) return tabs->extent(from, to, static_cast<uint32_t>(line));
+    return sumOf(places, from, to);
+}
+
 using StateKey = std::tuple<uint32_t, uint8_t, uint32_t>;  // line, fitness, hyphens above
 
 Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<double>& measures,
-              const BreakingRules& rules, double tolerance) {
+              const BreakingRules& rules, double tolerance, TabbedLines* tabs = nullptr) {
     std::vector<std::map<StateKey, double>> states(places.size());
     states[0][{0, 1, 0}] = 0;
     for (uint32_t to = 1; to < places.size(); ++to) {
@@ -69,12 +113,11 @@ Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<doubl
             for (uint32_t between = from + 1; between < to; ++between)
                 crossesForced = crossesForced || places[between].kind == BreakKind::Forced;
             if (crossesForced) continue;
-            const Extent& start = places[from].start;
-            const Extent& end = places[to].end;
-            const Extent line{end.natural - start.natural, end.stretch - start.stretch, end.shrink - start.shrink};
             for (const auto& [key, cost] : states[from]) {
                 const auto [number, fitness, hyphens] = key;
-                const double measure = measures[std::min<size_t>(number, measures.size() - 1)];
+                const size_t place = std::min<size_t>(number, measures.size() - 1);
+                const Extent line = extentOf(places, tabs, from, to, place);
+                const double measure = measures[place];
                 const LineCost lineCost =
                     costOfLine(line, measure, places[to].kind == BreakKind::End, tolerance, rules);
                 if (!lineCost.fits || breaksLadderLimit(places[to].kind, hyphens, rules)) continue;
@@ -95,15 +138,14 @@ Best cheapest(const std::vector<BreakCandidate>& places, const std::vector<doubl
 }
 
 double costOf(const std::vector<BreakCandidate>& places, const std::vector<double>& measures,
-              const BreakingRules& rules, const std::vector<uint32_t>& ends) {
+              const BreakingRules& rules, const std::vector<uint32_t>& ends, TabbedLines* tabs = nullptr) {
     double total = 0;
     uint32_t from = 0, hyphens = 0, number = 0;
     uint8_t fitness = 1;
     for (const uint32_t to : ends) {
-        const Extent& start = places[from].start;
-        const Extent& end = places[to].end;
-        const Extent line{end.natural - start.natural, end.stretch - start.stretch, end.shrink - start.shrink};
-        const double measure = measures[std::min<size_t>(number++, measures.size() - 1)];
+        const size_t place = std::min<size_t>(number++, measures.size() - 1);
+        const Extent line = extentOf(places, tabs, from, to, place);
+        const double measure = measures[place];
         const LineCost cost = costOfLine(line, measure, places[to].kind == BreakKind::End, 1e9, rules);
         total += demerits(cost, places[to].kind, rules, from == 0, fitness, hyphens);
         fitness = cost.fitness;
@@ -147,6 +189,40 @@ TEST_P(LineBreakingOracle, FindsWhatTheExhaustiveSearchFinds) {
     EXPECT_GT(compared, 300);
 }
 
+TEST_P(LineBreakingOracle, FindsItWithTabsToo) {
+    const auto [filling, ladder, measureKind] = GetParam();
+    std::mt19937 random(static_cast<unsigned>(70 + ladder + measureKind * 31));
+    LineBreaker breaker;
+    int compared = 0;
+    for (int round = 0; round < 200; ++round) {
+        const Paragraph paragraph = randomParagraph(random);
+        std::vector<bool> hasTabBehind(paragraph.places.size());
+        for (size_t i = 1; i + 1 < hasTabBehind.size(); ++i)
+            hasTabBehind[i] = paragraph.places[i].kind == BreakKind::Space && random() % 3 == 0;
+        BreakingRules rules;
+        rules.filling = filling;
+        rules.ladderLimit = ladder;
+        rules.raggedUnit = 12;
+        std::vector<double> measures{100, 100};
+        if (measureKind == 1) measures = {80, 100};
+        if (measureKind == 2) measures = {100, 100, 70, 130};
+        Tabs tabs(paragraph.places, hasTabBehind, measures[1] - measures[0]);
+        std::vector<uint32_t> ends;
+        breaker.breakTotalFit(paragraph.places, {measures.data(), static_cast<uint32_t>(measures.size())}, rules, &tabs,
+                              ends);
+        Best best;
+        for (const double tolerance : tolerances) {
+            best = cheapest(paragraph.places, measures, rules, tolerance, &tabs);
+            if (best.found) break;
+        }
+        if (!best.found) continue;
+        ++compared;
+        EXPECT_NEAR(costOf(paragraph.places, measures, rules, ends, &tabs), best.cost, best.cost * 1e-9 + 1e-6)
+            << "round " << round;
+    }
+    EXPECT_GT(compared, 100);
+}
+
 INSTANTIATE_TEST_SUITE_P(AllWays, LineBreakingOracle,
                          ::testing::Combine(::testing::Values(LineFilling::Ragged, LineFilling::Justified),
                                             ::testing::Values(0, 1, 3), ::testing::Values(0, 1, 2)));
@@ -182,6 +258,25 @@ TEST(LineBreaking, WhatFitsOneLineIsNeverDivided) {
         EXPECT_EQ(ends, std::vector<uint32_t>{end}) << "round " << round << ", line by line";
     }
     EXPECT_GT(fitting, 200);
+}
+
+TEST(LineBreaking, LinesMuchTooFullOfTabsAreNotMeasured) {
+    constexpr uint32_t words = 500;
+    Paragraph paragraph;
+    paragraph.start();
+    Extent at;
+    for (uint32_t word = 0; word < words; ++word) {
+        const Extent end = plus(at, 2);
+        at = end;
+        paragraph.place(word + 1 == words ? BreakKind::End : BreakKind::Space, end, at);
+    }
+    Tabs tabs(paragraph.places, std::vector<bool>(paragraph.places.size(), true), 0);
+    const double measures[] = {100, 100};
+    std::vector<uint32_t> ends;
+    LineBreaker().breakTotalFit(paragraph.places, {measures, 2}, {}, &tabs, ends);
+    EXPECT_EQ(ends.back(), words);
+    EXPECT_GE(ends.size(), words / 3);
+    EXPECT_LT(tabs.measured, words * 30);
 }
 
 TEST(LineBreaking, NothingIsOneEmptyLine) {
