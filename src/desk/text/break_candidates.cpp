@@ -216,7 +216,7 @@ void CandidateFinder::wordBreaks(uint32_t index, bool isLastWord) {
         place.end = start + extentOfWord(*piece.style, at.advanceBefore, at.clustersBefore, paragraph_->spacing);
         place.start = end - extentOfWord(*piece.style, at.advanceAfter, at.clustersAfter, paragraph_->spacing);
         place.endPiece = place.startPiece = index;
-        place.endOffset = place.startOffset = at.offset;
+        place.endOffset = place.startOffset = static_cast<uint16_t>(at.offset);
     }
 }
 
@@ -258,14 +258,14 @@ void CandidateFinder::chunkBreaks(uint32_t first, uint32_t end, bool isLastWord)
 
 void CandidateFinder::breakInside(uint32_t index, uint16_t offset, BreakKind kind) {
     const Piece& piece = paragraph_->pieces[index];
-    const Word* head = words_.headOf(*piece.word, piece.style->shaping, offset, kind);
-    const Word* tail = words_.tailOf(*piece.word, piece.style->shaping, offset);
+    const WordCache::Width head = words_.headWidth(*piece.word, piece.style->shaping, offset, kind);
+    const WordCache::Width tail = words_.tailWidth(*piece.word, piece.style->shaping, offset);
     BreakCandidate& place = result_->places.emplace_back();
     place.kind = kind;
     place.end =
-        result_->pieceStarts[index] + extentOfWord(*piece.style, head->advance, head->clusters, paragraph_->spacing);
-    place.start = result_->pieceStarts[index + 1] -
-                  extentOfWord(*piece.style, tail->advance, tail->clusters, paragraph_->spacing);
+        result_->pieceStarts[index] + extentOfWord(*piece.style, head.advance, head.clusters, paragraph_->spacing);
+    place.start =
+        result_->pieceStarts[index + 1] - extentOfWord(*piece.style, tail.advance, tail.clusters, paragraph_->spacing);
     place.endPiece = place.startPiece = index;
     place.endOffset = place.startOffset = offset;
 }

@@ -5,8 +5,9 @@
 namespace desk {
 namespace {
 
-/// A longer stretch without spaces is cut: it is no word, and shaping it whole would cost time by its square.
-constexpr uint32_t longestPiece = 2000;
+/// A longer stretch without spaces is cut where a line may end: what stands before each such place is shaped by itself,
+/// which costs time by the square of the piece.
+constexpr uint32_t longestPiece = 100;
 
 constexpr char16_t noBreakSpace = 0x00A0;
 constexpr char16_t flushSpace = 0x2001;
@@ -103,8 +104,6 @@ void PieceCutter::needSourceMap(ParagraphPieces& result) {
     if (!result.sourceOf.empty()) return;
     result.sourceOf.resize(result.display.size());
     for (size_t i = 0; i < result.display.size(); ++i) result.sourceOf[i] = static_cast<int32_t>(i);
-    // A place before any text is kept too: an empty map would mean "the same".
-    if (result.sourceOf.empty()) result.sourceOf.reserve(64);
 }
 
 void PieceCutter::startRun(const TextStyle& style, const ParagraphPieces& result) {
@@ -286,11 +285,22 @@ void PieceCutter::cutRun(const ParagraphSource& source, uint32_t start, uint32_t
     }
 }
 
+/// The end of the first piece of a stretch that is too long for one; the text ends with the stretch.
+uint32_t PieceCutter::cutBehind(std::u16string_view text, uint32_t start, const TextStyle& style) {
+    // What follows has a say in where a line may end.
+    words_.findBreaksInText(text.substr(start, 2 * longestPiece), style.language, false, breaks_);
+    uint32_t length = 0;
+    for (const WordBreak& at : breaks_)
+        if (at.offset <= longestPiece && !at.discretionary) length = at.offset;
+    if (length > 0) return start + length;
+    const uint32_t behind = start + longestPiece;
+    return (text[behind] & 0xFC00) == 0xDC00 ? behind - 1 : behind;
+}
+
 void PieceCutter::addWord(uint32_t start, uint32_t end, const TextStyle& style, ParagraphPieces& result) {
     const std::u16string_view text = result.display;
     while (start < end) {
-        uint32_t behind = std::min(end, start + longestPiece);
-        if (behind < end && (text[behind] & 0xFC00) == 0xDC00) --behind;
+        uint32_t behind = end - start > longestPiece ? cutBehind(text.substr(0, end), start, style) : end;
         if (!levels_.empty()) {
             uint32_t same = start + 1;
             while (same < behind && levels_[same] == levels_[start]) ++same;

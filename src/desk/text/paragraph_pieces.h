@@ -84,6 +84,7 @@ class PieceCutter {
     void cutRun(const ParagraphSource& source, uint32_t start, uint32_t end, const TextStyle& style,
                 ParagraphPieces& result);
     void addWord(uint32_t start, uint32_t end, const TextStyle& style, ParagraphPieces& result);
+    uint32_t cutBehind(std::u16string_view text, uint32_t start, const TextStyle& style);
     uint8_t levelAt(uint32_t position) const { return levels_.empty() ? 0 : levels_[position]; }
 
     const Document& document_;
@@ -91,6 +92,7 @@ class PieceCutter {
     WordCache& words_;
     std::vector<StyledRun> runs_;
     std::vector<uint8_t> levels_;  ///< empty when all are 0
+    std::vector<WordBreak> breaks_;
 };
 
 }  // namespace desk

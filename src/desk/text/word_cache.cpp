@@ -32,6 +32,19 @@ bool isControl(char16_t c) {
     return c < 0x20;
 }
 
+std::u16string headText(const Word& word, uint16_t offset, BreakKind kind) {
+    std::u16string head = word.text.substr(0, offset);
+    if (kind == BreakKind::Hyphen) {
+        if (!head.empty() && head.back() == softHyphen) head.pop_back();
+        head += hyphen;
+    }
+    return head;
+}
+
+std::u16string_view tailText(const Word& word, uint16_t offset) {
+    return std::u16string_view(word.text).substr(offset);
+}
+
 }  // namespace
 
 WordCache::WordCache(const TextStyles& styles, FontLibrary& fonts, Hyphenator& hyphenator, size_t rememberedWords)
@@ -193,7 +206,7 @@ void WordCache::findBreaksInText(std::u16string_view text, uint16_t language, bo
             addPoint(hyphenPoints_[point]);
         while (point < hyphenPoints_.size() && hyphenPoints_[point].offset == at) ++point;
         WordBreak added;
-        added.offset = static_cast<uint16_t>(at);
+        added.offset = at;
         added.discretionary = text[at - 1] == softHyphen;
         added.kind = added.discretionary ? BreakKind::Hyphen : BreakKind::Opportunity;
         breaks.push_back(added);
@@ -209,27 +222,43 @@ void WordCache::findBreaks(Word& word, uint32_t shaping, bool withHyphens) {
     std::vector<WordBreak> breaks;
     findBreaksInText(word.text, language, withHyphens && !word.rightToLeft, breaks);
     for (WordBreak& at : breaks) {
-        const Word* head = headOf(word, shaping, at.offset, at.kind);
-        const Word* tail = tailOf(word, shaping, at.offset);
-        at.advanceBefore = head->advance;
-        at.clustersBefore = head->clusters;
-        at.advanceAfter = tail->advance;
-        at.clustersAfter = tail->clusters;
+        const uint16_t offset = static_cast<uint16_t>(at.offset);
+        const Width head = headWidth(word, shaping, offset, at.kind), tail = tailWidth(word, shaping, offset);
+        at.advanceBefore = head.advance;
+        at.clustersBefore = head.clusters;
+        at.advanceAfter = tail.advance;
+        at.clustersAfter = tail.clusters;
     }
     word.breaks = std::move(breaks);
 }
 
 Word* WordCache::headOf(const Word& word, uint32_t shaping, uint16_t offset, BreakKind kind) {
-    std::u16string head = word.text.substr(0, offset);
-    if (kind == BreakKind::Hyphen) {
-        if (!head.empty() && head.back() == softHyphen) head.pop_back();
-        head += hyphen;
-    }
-    return find(head, shaping, word.rightToLeft);
+    return find(headText(word, offset, kind), shaping, word.rightToLeft);
 }
 
 Word* WordCache::tailOf(const Word& word, uint32_t shaping, uint16_t offset) {
-    return find(std::u16string_view(word.text).substr(offset), shaping, word.rightToLeft);
+    return find(tailText(word, offset), shaping, word.rightToLeft);
+}
+
+WordCache::Width WordCache::headWidth(const Word& word, uint32_t shaping, uint16_t offset, BreakKind kind) {
+    return widthOf(headText(word, offset, kind), shaping, word.rightToLeft);
+}
+
+WordCache::Width WordCache::tailWidth(const Word& word, uint32_t shaping, uint16_t offset) {
+    return widthOf(tailText(word, offset), shaping, word.rightToLeft);
+}
+
+WordCache::Width WordCache::widthOf(std::u16string_view text, uint32_t shaping, bool rightToLeft) {
+    constexpr size_t longestRemembered = 64;
+    if (text.size() <= longestRemembered) {
+        const Word* word = find(text, shaping, rightToLeft);
+        return {word->advance, word->clusters};
+    }
+    Word passing;
+    passing.text = text;
+    passing.rightToLeft = rightToLeft;
+    shape(passing, styles_.shapingStyle(shaping), WordContext::None);
+    return {passing.advance, passing.clusters};
 }
 
 }  // namespace desk

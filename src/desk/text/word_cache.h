@@ -42,7 +42,7 @@ enum class BreakKind : uint8_t {
 
 /// A place inside a word where a line may end.
 struct WordBreak {
-    uint16_t offset = 0;  ///< UTF-16 units before it
+    uint32_t offset = 0;  ///< UTF-16 units before it
     BreakKind kind = BreakKind::Opportunity;
     bool capitalized = false, discretionary = false;  ///< discretionary: by a soft hyphen, no limit applies
     uint8_t lettersBefore = 0, lettersAfter = 0;
@@ -84,6 +84,14 @@ class WordCache {
     Word* headOf(const Word& word, uint32_t shaping, uint16_t offset, BreakKind kind);
     Word* tailOf(const Word& word, uint32_t shaping, uint16_t offset);
 
+    /// The same as widths alone. Those of long words aren't remembered: a text without spaces has as many as letters.
+    struct Width {
+        double advance = 0;
+        uint16_t clusters = 0;
+    };
+    Width headWidth(const Word& word, uint32_t shaping, uint16_t offset, BreakKind kind);
+    Width tailWidth(const Word& word, uint32_t shaping, uint16_t offset);
+
     /// Break opportunities and hyphenation points of a piece of text without spaces; the widths are not filled in.
     void findBreaksInText(std::u16string_view text, uint16_t language, bool withHyphens,
                           std::vector<WordBreak>& breaks);
@@ -99,6 +107,7 @@ class WordCache {
         uint32_t script = 0;
     };
 
+    Width widthOf(std::u16string_view text, uint32_t shaping, bool rightToLeft);
     void shape(Word& word, const ShapingStyle& style, WordContext context);
     void splitByFaceAndScript(std::u16string_view text, const ShapingStyle& style);
     const FontFace* faceFor(char32_t character, const FontFace& wanted);

@@ -273,6 +273,30 @@ TEST(Paragraph, WordWiderThanTheMeasureIsDividedBetweenLetters) {
     EXPECT_EQ(all, u"Donaudampfschifffahrt");
 }
 
+TEST(Paragraph, AStretchWithoutSpacesMayBeLongerThanAnyWord) {
+    std::u16string text;
+    for (int i = 0; i < 70; ++i) text += std::u16string(999, u'x') + u'-';
+    TextDocument d;
+    Story& story = d.story(text);
+    d.frame(story, {0, 0, 3000, 4000});
+    EXPECT_FALSE(d.compose(story).overset);
+    std::u16string all;
+    for (const SeenLine& line : linesOf(d.compose(story))) {
+        EXPECT_LE(line.right, 3000.001);
+        all += line.text;
+    }
+    EXPECT_EQ(all == text, true) << "nothing is lost or shown twice";
+}
+
+TEST(Paragraph, AStretchWithoutSpacesEndsItsLinesWhereItMay) {
+    std::u16string text;
+    for (int i = 0; i < 100; ++i) text += i % 2 ? u"abcd-" : u"efghi-";
+    TextDocument d;
+    const auto lines = set(d, text, {}, 120);
+    ASSERT_GT(lines.size(), 10u);
+    for (const SeenLine& line : lines) EXPECT_EQ(line.text.back(), u'-');
+}
+
 TEST(Paragraph, NoBreakKeepsWordsOnOneLine) {
     TextDocument d;
     Story& story = d.story(u"aaa bbb ccc ddd");
