@@ -82,17 +82,18 @@ uint64_t beginningWith(char16_t first, char16_t second, char16_t third) {
     return uint64_t{first} << 32 | uint64_t{second} << 16 | third;
 }
 
-/// The first three letters of a pattern; 0 for one that has less.
+/// The first three letters of a pattern; 0 for one that has less, or so many that it matches nothing.
 uint64_t beginningOf(std::u16string_view pattern) {
-    uint64_t letters = 0;
-    int count = 0;
+    uint64_t beginning = 0;
+    size_t letters = 0;
     for (const char16_t c : pattern) {
         if (isDigit(c)) continue;
         if (isBlank(c) || c == u'/') break;
-        letters = letters << 16 | c;
-        if (++count == 3) return letters;
+        if (letters < 3) beginning = beginning << 16 | c;
+        ++letters;
+        if (letters == 3 && pattern.size() <= longestPattern) break;
     }
-    return 0;
+    return letters >= 3 && letters <= longestPattern ? beginning : 0;
 }
 
 }  // namespace
@@ -152,7 +153,7 @@ uint32_t PatternTable::nodeMade() {
 
 void PatternTable::add(std::u16string_view pattern) {
     const uint64_t beginning = beginningOf(pattern);
-    // Few are so short, and they fit in too many words to wait.
+    // Few are so short, and they fit in too many words to wait. What is too long is left out.
     if (!beginning) return parse(pattern);
     if (beginning != lastBeginning_) {
         lastBeginning_ = beginning;
@@ -389,6 +390,7 @@ void HyphenationPatterns::find(std::u16string_view word, std::vector<uint8_t>& f
 
 /// Writes places of a part that begins at word[start]; as many as `places` from there.
 void HyphenationPatterns::findInPart(std::u16string_view part, Border left, Border right, size_t start, size_t places) {
+    if (part.empty()) return;  // a change of spelling left nothing before its hyphen
     const size_t base = scores_.size();
     scores_.resize(base + part.size());
     compounds_.score(part, &scores_[base]);

@@ -251,10 +251,14 @@ TEST(HyphenationPatterns, APatternWithoutEndIsLeftOut) {
     const std::string longLine = "a1b" + std::string(100000, 'c');
     EXPECT_EQ(hyphenated("UTF-8\n" + longLine + "\nx1y\n", u"aaxyaa"), "aax-yaa");
     EXPECT_EQ(hyphenated("UTF-8\nx1y\n" + longLine, u"aaxyaa"), "aax-yaa");
+    EXPECT_EQ(hyphenated("UTF-8\ny1\nxy" + std::string(250, 'c'), u"aaxyaa"), "aaxy-aa") << "it hides no other";
+    EXPECT_EQ(hyphenated("UTF-8\nx" + std::string(250, '0') + "1ya\n", u"aaxyaa"), "aax-yaa")
+        << "digits are no letters";
 }
 
 TEST(HyphenationPatterns, AChangeThatGrowsTheWordComesToAnEnd) {
     EXPECT_EQ(hyphenated("UTF-8\na1b/aaaaaaaa=b,1,2\nNEXTLEVEL\n", u"ccabcc"), "ccabcc");
+    EXPECT_EQ(hyphenated("UTF-8\nabc1d/=x,1,3\nNEXTLEVEL\n", u"abcdd"), "abcdd") << "nothing is left before it";
     EXPECT_EQ(hyphenated("UTF-8\na1b/a=b,250,1\na1c/=,1,99999999\nNEXTLEVEL\n", u"ccabacc"), "cca-bacc");
 }
 
