@@ -57,13 +57,15 @@ struct Composer::State {
     ParagraphCache paragraphs;
     StoryParagraphs sequence;
     std::unordered_map<uint64_t, ComposedStory> stories;  ///< by page (0: the story's own) and story
+    size_t storiesToLookThrough = 256;                    ///< when there are so many, removed ones are looked for
 };
 
 /// A merge may make and remove stories for each record.
 void Composer::State::forgetRemovedStories() {
-    constexpr size_t usual = 256;
-    if (stories.size() < usual + 2 * document.stories.size()) return;
-    std::erase_if(stories, [&](const auto& entry) { return document.story(entry.first) == nullptr; });
+    if (stories.size() < storiesToLookThrough) return;
+    std::erase_if(stories, [&](const auto& entry) { return document.story(static_cast<Uid>(entry.first)) == nullptr; });
+    // Looking through costs by their number: not again before it has doubled.
+    storiesToLookThrough = std::max(storiesToLookThrough, 2 * stories.size());
 }
 
 bool Composer::State::geometryChanged(const ComposedStory& story, Uid uid) const {
@@ -161,9 +163,10 @@ const StoryLayout& Composer::compose(Uid uid, Uid page) {
     const bool moved = !composed.known || state_->geometryChanged(composed, uid);
     if (!moved && composed.revision == story->revision()) return composed.layout;
     if (moved) state_->findColumns(composed, uid, page);
+    composed.known = false;  // should this break off
+    state_->layOut(composed, story->content());
     composed.revision = story->revision();
     composed.known = true;
-    state_->layOut(composed, story->content());
     return composed.layout;
 }
 

@@ -8,6 +8,8 @@ namespace {
 constexpr double roundingSlack = 1e-3;
 /// A line is told as too wide only from here on: less than this can't be seen.
 constexpr double visibleExcess = 0.5;
+/// Times that a leader stands in one tab: more than the largest sheet has room for. A tab stop may be anywhere.
+constexpr double mostLeaders = 20'000;
 
 bool isStretchingSpace(PieceKind kind) {
     return kind == PieceKind::Space || kind == PieceKind::NoBreakSpace;
@@ -316,7 +318,7 @@ void LineSetter::emitLeader(const Item& item, LayoutLine& line, double x) {
     const Word* word = words_.find(*item.leader, style.shaping);
     const double width = word->advance * style.emUnit + word->clusters * style.tracking;
     if (width <= 0.01 || word->segments.empty()) return;
-    const uint32_t count = static_cast<uint32_t>(item.width / width + 1e-6);
+    const uint32_t count = static_cast<uint32_t>(std::min(item.width / width + 1e-6, mostLeaders));
     const uint32_t place = textPlaceOf(*item.leader);
     double start = x + item.width - count * width;
     Justified plain;

@@ -19,7 +19,7 @@ std::u16string utf16(const std::string& text) {
     return result;
 }
 
-std::u16string decimal(int number) {
+std::u16string decimal(int64_t number) {
     const std::string digits = std::to_string(number);
     return {digits.begin(), digits.end()};
 }
@@ -53,11 +53,13 @@ void StoryParagraphs::set(const StoryContent& content, const std::vector<TextCol
 
 /// A paragraph without a number in between doesn't end a list; one that doesn't continue starts it anew.
 void StoryParagraphs::numberLists() {
-    int number = 0;
+    int64_t number = 0;
+    bool inList = false;
     for (Paragraph& paragraph : paragraphs_) {
         const ResolvedAttributes& a = *paragraph.attributes;
         if (a.listType != ListType::Numbered) continue;
-        number = number == 0 || !a.numberingContinue ? a.numberingStartAt : number + 1;
+        number = inList && a.numberingContinue ? number + 1 : a.numberingStartAt;
+        inList = true;
         paragraph.number = number;
     }
 }

@@ -29,7 +29,7 @@ class StoryParagraphs final : public ParagraphSequence {
         ParagraphFormatId format = 0;
         uint32_t firstRun = 0;  ///< character run that holds the first character
         const ResolvedAttributes* attributes = nullptr;
-        int number = 0;  ///< in a numbered list
+        int64_t number = 0;  ///< in a numbered list
     };
 
     void numberLists();

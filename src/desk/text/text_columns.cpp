@@ -10,6 +10,8 @@ namespace {
 constexpr double narrowestRoom = 12;
 /// How far down the search goes on where a shape leaves no room, points.
 constexpr double searchStep = 1;
+/// Steps through a column at most, however high a frame claims to be.
+constexpr double mostSearchSteps = 20'000;
 constexpr int curveSteps = 16;
 
 using Interval = std::pair<double, double>;
@@ -207,7 +209,7 @@ SpanAnswer spanIn(const TextColumn& column, double top, double bottom) {
             room = intersect(room, inside);
         }
     }
-    double below = top + searchStep;
+    double below = top + std::max(searchStep, area.height() / mostSearchSteps);
     for (const Rect& obstacle : column.obstacles) {
         if (obstacle.bottom <= top || obstacle.top >= bottom) continue;
         if (obstacle.right <= area.left || obstacle.left >= area.right) continue;

@@ -265,5 +265,19 @@ TEST(Characters, NumbersCountTheListAndStartAgainWhereToldTo) {
     EXPECT_EQ(textsOf(d.compose(story)), (std::vector<std::u16string>{u"1.a", u"2.b", u"7.c", u"8.d"}));
 }
 
+TEST(Characters, NumbersBeginWhereverAListSays) {
+    for (const auto& [first, shown] : {std::pair{0, std::vector<std::u16string>{u"0.a", u"1.b", u"2.c"}},
+                                       {-1, {u"-1.a", u"0.b", u"1.c"}},
+                                       {2147483647, {u"2147483647.a", u"2147483648.b", u"2147483649.c"}}}) {
+        TextDocument d;
+        TextAttributes a;
+        a.listType = ListType::Numbered;
+        a.numberingStartAt = first;
+        Story& story = d.story(u"a\rb\rc", a);
+        d.frame(story, {0, 0, 500, 100});
+        EXPECT_EQ(textsOf(d.compose(story)), shown);
+    }
+}
+
 }  // namespace
 }  // namespace desk::testing

@@ -1,4 +1,5 @@
 // Filling of frames: columns, insets, first baselines, leading, overset, threads, breaks, keeping together.
+#include "desk/text/text_columns.h"
 #include "text_testing.h"
 
 namespace desk::testing {
@@ -425,6 +426,17 @@ TEST(Frames, TextStaysInsideAShape) {
         EXPECT_LE(line.right, 100 + half + 0.1);
     }
     EXPECT_LT(found.front().measure, found.back().measure);
+}
+
+TEST(Frames, AShapeOfAnyHeightIsSearchedInAFewSteps) {
+    TextColumn column;
+    column.area = {0, 0, 100, 1e8};
+    column.contours = {{{0, 0}, {5, 0}, {5, 1e8}, {0, 1e8}}};
+    const SpanAnswer answer = spanIn(column, 10, 20);
+    EXPECT_FALSE(answer.hasRoom);
+    EXPECT_GE(answer.tryAgainAt, 1e8 / 100'000);
+    column.area.bottom = 800;
+    EXPECT_EQ(spanIn(column, 10, 20).tryAgainAt, 11);
 }
 
 TEST(Frames, BaselinesStandOnTheDocumentsGrid) {

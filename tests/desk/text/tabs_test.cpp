@@ -89,6 +89,19 @@ TEST(Tabs, LeadersFillTheTabFromTheRight) {
     EXPECT_LT(runs[1].first - runs[0].second, widthOf(u".") + 1e-6);
 }
 
+TEST(Tabs, ALeaderFillsASheetAndNotMore) {
+    TextDocument d;
+    TextAttributes a;
+    a.tabStops = std::vector<TabStop>{stop(3e6, TabAlignment::Left, u".")};
+    Story& story = d.story(u"\t", a);
+    d.frame(story, {0, 0, 400, 300});
+    size_t glyphs = 0;
+    for (const SeenLine& line : linesOf(d.compose(story)))
+        for (const GlyphRun& run : line.line->runs) glyphs += run.glyphs.size();
+    EXPECT_GT(glyphs, 10'000u);
+    EXPECT_LE(glyphs, 20'000u);
+}
+
 TEST(Tabs, LeadersOfLinesBelowStandAlike) {
     TextDocument d;
     TextAttributes a;
