@@ -20,7 +20,7 @@ constexpr int compressionLevel = 6;
 constexpr auto paeth = [](int left, int up, int corner) {
     const int a = std::abs(up - corner), b = std::abs(left - corner), c = std::abs(left + up - 2 * corner);
     const int other = b <= c ? up : corner;
-    return (a <= b) & (a <= c) ? left : other;
+    return ((a <= b) & (a <= c)) ? left : other;
 };
 
 /// Small differences deflate well: the usual measure of a filter.
