@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "desk/border/object_boss.h"
+#include "desk/border/plane_values.h"
 #include "desk/border/utf8.h"
 #include "host/api/host.h"
 #include "host/api/page_items.h"
@@ -21,16 +22,6 @@ UID nth(const std::vector<Uid>& uids, int32_t index) {
 int32_t indexOf(const std::vector<Uid>& uids, UID uid) {
     const auto found = std::find(uids.begin(), uids.end(), uid.Get());
     return found == uids.end() ? -1 : static_cast<int32_t>(found - uids.begin());
-}
-
-Matrix matrixOf(const PMMatrix& m) {
-    return {m.a, m.b, m.c, m.d, m.tx, m.ty};
-}
-PMMatrix pmMatrix(const Matrix& m) {
-    return {m.a, m.b, m.c, m.d, m.e, m.f};
-}
-PMRect pmRect(const Rect& r) {
-    return {r.left, r.top, r.right, r.bottom};
 }
 
 class DocumentBoss final : public ObjectBoss<IDocument, IPageList, ISpreadList, ILayerList, IStoryList, ITagStore> {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "desk/border/object_boss.h"
+#include "desk/border/plane_values.h"
 #include "desk/border/utf8.h"
 #include "host/api/page_items.h"
 #include "host/api/text.h"
@@ -10,10 +11,6 @@ namespace desk {
 namespace {
 
 constexpr int deepestNesting = 256;
-
-PMRect pmRect(const Rect& r) {
-    return {r.left, r.top, r.right, r.bottom};
-}
 
 Path pathOf(const PageItem& item) {
     if (!item.path.empty() || !item.graphic) return item.path;
@@ -114,10 +111,7 @@ class ItemBoss final : public FamilyBoss<IGeometry, IFrameData, ITagStore> {
     PMRect GetInnerBounds() override { return bounds(PMMatrix(), Edge::Path); }
     PMMatrix InnerToPasteboard() override {
         const PageItem* item = pageItem();
-        if (!item) return {};
-        const Spread* spread = document()->spread(item->spread);
-        const Matrix m = (spread ? spread->transform : Matrix()).after(document()->toSpread(*item));
-        return {m.a, m.b, m.c, m.d, m.e, m.f};
+        return item ? pmMatrix(toPasteboard(*document(), *item)) : PMMatrix();
     }
 
     // IFrameData
@@ -160,10 +154,10 @@ class ItemBoss final : public FamilyBoss<IGeometry, IFrameData, ITagStore> {
     }
 
   private:
-    PMRect bounds(const PMMatrix& m, Edge edge) const {
+    PMRect bounds(const PMMatrix& matrix, Edge edge) const {
         const PageItem* item = pageItem();
         Rect box;
-        if (item) boundsUnder(*document(), *item, Matrix{m.a, m.b, m.c, m.d, m.tx, m.ty}, edge, box, 0);
+        if (item) boundsUnder(*document(), *item, matrixOf(matrix), edge, box, 0);
         return pmRect(box);
     }
 

@@ -2,24 +2,12 @@
 #include <algorithm>
 
 #include "desk/border/document_border.h"
+#include "desk/border/plane_values.h"
 #include "desk/border/services.h"
 #include "host/api/host.h"
 
 namespace desk {
 namespace {
-
-Matrix matrixOf(const PMMatrix& m) {
-    return {m.a, m.b, m.c, m.d, m.tx, m.ty};
-}
-
-Rect rectOf(const PMRect& r) {
-    return {r.left, r.top, r.right, r.bottom};
-}
-
-Matrix toPasteboard(const Document& document, const PageItem& item) {
-    const Spread* spread = document.spread(item.spread);
-    return (spread ? spread->transform : Matrix()).after(document.toSpread(item));
-}
 
 /// Applies a map of the pasteboard to an item with everything in it.
 bool transformItem(const Document& document, PageItem& item, const Matrix& map) {
@@ -135,8 +123,7 @@ class ItemServices final : public BossOf<IGeometryUtils, ITransformUtils, IHiera
         PageItem* item = document.item(uid.Get());
         InterfacePtr<IGeometry> geometry(&database, uid);
         if (!item || !geometry || wanted.width() < 0 || wanted.height() < 0) return false;
-        const Matrix whole = space.after(toPasteboard(document, *item));
-        const PMMatrix measure{whole.a, whole.b, whole.c, whole.d, whole.e, whole.f};
+        const PMMatrix measure = pmMatrix(space.after(toPasteboard(document, *item)));
         const Rect path = rectOf(geometry->GetPathBoundingBox(measure));
         Rect target = wanted;
         if (!pathBounds) {
