@@ -1,5 +1,6 @@
 // Frames and stories: the chain of frames that shows a story, and the columns that the border counts beside each frame.
 #include <algorithm>
+#include <unordered_set>
 
 #include "desk/model/document.h"
 
@@ -69,16 +70,16 @@ void Document::findThreads() const {
         if (first.kind != ItemKind::TextFrame || !story(first.story) || threads_.contains(first.story)) continue;
         // Walk back to the thread's start; a circle is entered where the walk began.
         const PageItem* start = &first;
-        std::vector<Uid> seen{start->uid};
+        std::unordered_set<Uid> seen{start->uid};
         while (const PageItem* before = item(start->previousFrame)) {
-            if (before->story != first.story || std::find(seen.begin(), seen.end(), before->uid) != seen.end()) break;
+            if (before->story != first.story || !seen.insert(before->uid).second) break;
             start = before;
-            seen.push_back(before->uid);
         }
         if (const PageItem* before = item(start->previousFrame); before && before->story == first.story) start = &first;
         std::vector<Uid>& thread = threads_[first.story];
+        seen.clear();
         for (const PageItem* next = start; next && next->story == first.story; next = item(next->nextFrame)) {
-            if (std::find(thread.begin(), thread.end(), next->uid) != thread.end()) break;
+            if (!seen.insert(next->uid).second) break;
             thread.push_back(next->uid);
         }
     }

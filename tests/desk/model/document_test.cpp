@@ -199,6 +199,26 @@ TEST(Threads, CircleEndsBeforeItsRepetition) {
     EXPECT_EQ(one.document.framesOfStory(story), (std::vector<Uid>{first.uid, second.uid}));
 }
 
+TEST(Threads, LongThreadIsWalkedOnceBothWays) {
+    // Comparing each frame with all before it would take longer than a test may.
+    constexpr size_t many = 100'000;
+    Document document;
+    const Uid story = document.addStory().uid;
+    Uid following = 0;
+    for (size_t frame = 0; frame < many; ++frame) {
+        PageItem& made = document.addItem(ItemKind::TextFrame);
+        made.story = story;
+        made.nextFrame = following;
+        if (following != 0) document.item(following)->previousFrame = made.uid;
+        following = made.uid;
+    }
+    for (int time = 0; time < 8; ++time) {
+        document.threadsChanged();
+        ASSERT_EQ(document.framesOfStory(story).size(), many);
+        EXPECT_EQ(document.framesOfStory(story).front(), following);
+    }
+}
+
 TEST(Threads, FrameThatPointsAtItselfStandsOnce) {
     OnePage one;
     const Uid story = one.document.addStory().uid;
