@@ -1,5 +1,6 @@
 #pragma once
-// JSON text (RFC 8259) of arrays and dictionaries. Errors go to the log, but those of the two operations that give them.
+// JSON text (RFC 8259) of arrays and dictionaries. Errors go to the log, except those of the two operations that give
+// them.
 
 #include <cstdint>
 

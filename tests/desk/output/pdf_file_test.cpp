@@ -213,8 +213,7 @@ TEST(PdfFile, SaysWhatIsWrongWithThePlace) {
                                                     folder.path() +
                                                     "/none/out.pdf\" does not exist. Make it or choose "
                                                     "another folder.");
-    EXPECT_EQ(message(folder.path()),
-              "The output \"" + folder.path() + "\" is a folder. Name a file in it.");
+    EXPECT_EQ(message(folder.path()), "The output \"" + folder.path() + "\" is a folder. Name a file in it.");
     EXPECT_EQ(message("/dev/null"), "The output \"/dev/null\" is not an ordinary file. Choose another file name.");
     EXPECT_EQ(message(""), "The output has no name. Give it a file name.");
     EXPECT_THAT(message("/proc/out.pdf"),
