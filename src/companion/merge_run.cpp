@@ -133,6 +133,7 @@ void exportSets(Workplace& place, const std::string& output, std::uint64_t pageS
         return watcher.goesOn(progress.pagesDone, progress.pagesTotal) ? desk::ExportAnswer::GoOn
                                                                        : desk::ExportAnswer::Stop;
     };
+    request.isToStop = [&] { return watcher.isToStop(); };
     watcher.writingBegins();
     result.outcome =
         place.open().exportPdf(request) == desk::ExportOutcome::Finished ? RunOutcome::Finished : RunOutcome::Stopped;

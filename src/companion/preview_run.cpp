@@ -40,8 +40,8 @@ vornaset::Array texts(const std::vector<std::string>& arguments) {
     return array;
 }
 
-/// The page as PNG, by the first program that the machine has.
-std::string drawn(const std::string& pdf, std::uint64_t page, int pixelsPerInch) {
+/// The page as PNG, by the first program that the machine has. Throws Stopped when the run is to end meanwhile.
+std::string drawn(const std::string& pdf, std::uint64_t page, int pixelsPerInch, const RunWatcher& watcher) {
     const std::string number = std::to_string(page), resolution = std::to_string(pixelsPerInch);
     const struct {
         const char* name;
@@ -52,7 +52,9 @@ std::string drawn(const std::string& pdf, std::uint64_t page, int pixelsPerInch)
         const std::optional<std::string> program = programNamed(way.name);
         if (!program) continue;
         const vornaset::Data image =
-            vornaset::dataWithShellScript(vornaset::String::fromDamagedUTF8(*program), texts(way.arguments));
+            vornaset::dataWithShellScript(vornaset::String::fromDamagedUTF8(*program), texts(way.arguments),
+                                          [&](std::size_t) { return !watcher.isToStop(); });
+        if (watcher.isToStop()) throw Stopped();
         std::string bytes(reinterpret_cast<const char*>(image.bytes()), image.length());
         if (!bytes.starts_with("\x89PNG"))
             throw Error("the page can't be drawn: " + *program + " gave no picture; is there room for it?");
@@ -61,19 +63,6 @@ std::string drawn(const std::string& pdf, std::uint64_t page, int pixelsPerInch)
     throw Error(
         "this machine has no program that draws PDF pages; install pdftoppm (Debian package poppler-utils) or mutool "
         "(mupdf-tools).");
-}
-
-/// Ctrl-C at a terminal reaches the drawing program too, which then gives no picture.
-std::string drawnUnlessStopped(const std::string& pdf, std::uint64_t page, int pixelsPerInch,
-                               const RunWatcher& watcher) {
-    std::string picture;
-    try {
-        picture = drawn(pdf, page, pixelsPerInch);
-    } catch (const Error&) {
-        if (!watcher.isToStop()) throw;
-    }
-    if (watcher.isToStop()) throw Stopped();
-    return picture;
 }
 
 /// The temporary folder isn't the user's choice of a place, so a sentence about it must say what can be chosen.
@@ -125,7 +114,7 @@ std::string runPreview(const PreviewOptions& options, RunWatcher& watcher) {
         merge.range.shown = options.record;
         const RunResult result = mergeInto(folder, merge, watcher);
         if (result.outcome == RunOutcome::Stopped) throw Stopped();
-        image.finish(drawnUnlessStopped(merge.outputPath, page, options.pixelsPerInch, watcher));
+        image.finish(drawn(merge.outputPath, page, options.pixelsPerInch, watcher));
         return options.imagePath + ": record " + std::to_string(options.record) + ", page " + std::to_string(page) +
                " of its page set\n";
     });

@@ -31,6 +31,10 @@ struct ExportRequest {
     int compressionLevel = 6;
     std::string title;
     std::function<ExportAnswer(const ExportProgress&)> progress;  ///< may be empty
+    /// Asked while the desk waits for a program that converts a picture: whether Stop will be the next answer of
+    /// `progress`. Then the program is killed, and an export that breaks off for lack of the picture counts as stopped.
+    /// May be empty.
+    std::function<bool()> isToStop;
 };
 
 enum class ExportOutcome { Finished, Stopped };

@@ -15,9 +15,11 @@ class Surroundings : public Journey {
         write("tool", "#!/bin/sh\n" + text);
         ::chmod(path("tool").c_str(), 0755);
     }
+    /// The tool stands for a program of this name.
+    void makeToolStandFor(const std::string& program) const { output("mkdir bin && ln -s ../tool bin/" + program); }
     /// Starts the command, waits until the tool has made the file "started", and sends a request to end, or more.
     Outcome endWhileTheToolWorks(const std::string& command, const std::string& send = "kill -TERM $p") const {
-        return run("TMPDIR=$PWD/tmp $VORNASET " + command +
+        return run("TMPDIR=$PWD/tmp PATH=$PWD/bin:$PATH $VORNASET " + command +
                    " --barcode ./tool & p=$!; for i in $(seq 600); do [ -e started ] && break; sleep 0.05; done; "
                    "[ -e started ] || { kill -KILL $p; exit 99; }; " +
                    send + "; wait $p");
@@ -158,6 +160,29 @@ TEST_F(Surroundings, APreviewThatIsToEndLeavesNothing) {
     EXPECT_EQ(outcome.status, 143);
     EXPECT_EQ(outcome.errors, "vornaset: stopped; no file was written.\n");
     EXPECT_EQ(names(), given);
+    EXPECT_EQ(output("ls -A tmp"), "");
+    expectToolIsGone();
+}
+
+TEST_F(Surroundings, ARequestToEndReachesTheProgramThatConvertsAPictureToo) {
+    writeTool(hanging);
+    makeToolStandFor("rsvg-convert");
+    write("drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>");
+    write("drawings.csv", "first,last,photo\nA,B,drawing.svg\nC,D,drawing.svg\n");
+    const Outcome outcome = endWhileTheToolWorks("merge cards.idml drawings.csv -o out.pdf");
+    EXPECT_EQ(outcome.status, 143);
+    EXPECT_NE(outcome.errors.find("no file was written.\n"), std::string::npos) << outcome.errors;
+    EXPECT_EQ(names(), "bin cards.idml drawing.svg drawings.csv labels.idml letter.idml rows.csv started tmp tool");
+    EXPECT_EQ(output("ls -A tmp"), "");
+    expectToolIsGone();
+}
+
+TEST_F(Surroundings, ARequestToEndReachesTheProgramThatDrawsAPreviewToo) {
+    writeTool(hanging);
+    makeToolStandFor("pdftoppm");
+    const Outcome outcome = endWhileTheToolWorks("preview letter.idml rows.csv --record 1 -o letter.png");
+    EXPECT_EQ(outcome.status, 143);
+    EXPECT_EQ(names(), "bin " + given);
     EXPECT_EQ(output("ls -A tmp"), "");
     expectToolIsGone();
 }

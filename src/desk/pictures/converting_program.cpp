@@ -9,11 +9,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <system_error>
 #include <utility>
 
+#include "desk/pictures/conversion_watch.h"
 #include "desk/pictures/limits.h"
 #include "desk/pictures/picture_file.h"
 
@@ -21,6 +23,16 @@ extern char** environ;
 
 namespace desk {
 namespace {
+
+thread_local const std::function<bool()>* watcher = nullptr;  ///< null for none
+
+bool isWatched() {
+    return watcher && *watcher;
+}
+
+void goOnUnlessToStop() {
+    if (isWatched() && (*watcher)()) throw ConversionStopped();
+}
 
 class Descriptor {
   public:
@@ -71,7 +83,7 @@ Pipe makePipe() {
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-/// A started program; ends with the object at the latest.
+/// A started program; ends with the object at the latest, and with it what it has started when it is watched.
 class Child {
   public:
     Child(const std::vector<std::string>& commandLine, int input, int output, const char* package, AnswerOn answerOn) {
@@ -89,7 +101,10 @@ class Child {
         sigfillset(&all);
         posix_spawnattr_setsigmask(&attributes, &none);
         posix_spawnattr_setsigdefault(&attributes, &all);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        if (hasOwnGroup_) flags = static_cast<short>(flags | POSIX_SPAWN_SETPGROUP);
+        posix_spawnattr_setpgroup(&attributes, 0);
+        posix_spawnattr_setflags(&attributes, flags);
         std::vector<char*> words;
         for (const std::string& word : commandLine) words.push_back(const_cast<char*>(word.c_str()));
         words.push_back(nullptr);
@@ -105,7 +120,7 @@ class Child {
     }
     ~Child() {
         if (process_ > 0) {
-            ::kill(process_, SIGKILL);
+            ::kill(hasOwnGroup_ ? -process_ : process_, SIGKILL);
             waitForEnd();
         }
     }
@@ -127,6 +142,7 @@ class Child {
         ::prlimit(process_, resource, &wanted, nullptr);
     }
 
+    const bool hasOwnGroup_ = isWatched();
     pid_t process_ = -1;
 };
 
@@ -137,9 +153,13 @@ std::string readAll(int descriptor) {
     for (;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         pollfd wanted{descriptor, POLLIN, 0};
-        const int ready = left.count() > 0 ? ::poll(&wanted, 1, static_cast<int>(left.count())) : 0;
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) throw PictureError("takes too long to convert. Simplify it");
+        if (left.count() <= 0) throw PictureError("takes too long to convert. Simplify it");
+        goOnUnlessToStop();
+        constexpr std::chrono::milliseconds tenthOfSecond(100);
+        const int ready =
+            ::poll(&wanted, 1, static_cast<int>((isWatched() ? std::min(left, tenthOfSecond) : left).count()));
+        if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
+        if (ready < 0) fail("poll");
         const ssize_t got = ::read(descriptor, room, sizeof room);
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) return output;
@@ -150,8 +170,16 @@ std::string readAll(int descriptor) {
 
 }  // namespace
 
+ConversionWatch::ConversionWatch(std::function<bool()> isToStop)
+    : isToStop_(std::move(isToStop)), former_(std::exchange(watcher, &isToStop_)) {}
+
+ConversionWatch::~ConversionWatch() {
+    watcher = former_;
+}
+
 std::string convert(const std::vector<std::string>& commandLine, std::string_view input, const char* package,
                     AnswerOn answerOn) {
+    goOnUnlessToStop();
     const Descriptor file = fileOf(input);
     Pipe pipe = makePipe();
     Child child(commandLine, file.get(), pipe.writing.get(), package, answerOn);

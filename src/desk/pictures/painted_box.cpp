@@ -3,7 +3,6 @@
 #include <charconv>
 
 #include "desk/pictures/converting_program.h"
-#include "desk/pictures/picture_file.h"
 
 namespace desk {
 namespace {
@@ -34,6 +33,8 @@ std::optional<Rect> paintedBoxOf(std::string_view pdf, int page) {
         return boxIn(convert({"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=bbox", "-dWhiteIsOpaque=true",
                               "-dFirstPage=" + number, "-dLastPage=" + number, inputName},
                              pdf, "ghostscript", AnswerOn::StandardError));
+    } catch (const ConversionStopped&) {
+        throw;
     } catch (const PictureError&) {
         return {};
     }

@@ -3,6 +3,7 @@
 #include <list>
 #include <unordered_map>
 
+#include "desk/pictures/converting_program.h"
 #include "desk/pictures/stored_picture.h"
 
 namespace desk {
@@ -83,6 +84,8 @@ PictureLibrary::State::Found PictureLibrary::State::readAnew(const std::string& 
         try {
             found.file = std::make_shared<StoredFile>(path, std::make_shared<const std::string>(std::move(read.bytes)),
                                                       identity);
+        } catch (const ConversionStopped&) {
+            throw;
         } catch (const PictureError& failure) {
             found.failure = failure.what();
         }

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "desk/output/pdf_export.h"
+#include "desk/pictures/conversion_watch.h"
 
 namespace desk {
 namespace {
@@ -49,6 +50,17 @@ class Events {
     bool ended_ = false;
 };
 
+/// False when it can't be written and the run is to end: a picture was to be converted once more.
+bool writePage(PdfExport& file, Uid page, const ExportRequest& request) {
+    try {
+        file.writePage(page);
+        return true;
+    } catch (const InputError&) {
+        if (!request.isToStop || !request.isToStop()) throw;
+        return false;
+    }
+}
+
 }  // namespace
 
 ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& document, Composer& composer,
@@ -64,13 +76,14 @@ ExportOutcome runExport(Border& border, IDataBase* dataBase, const Document& doc
     options.title = request.title;
     options.fonts = &fonts;
     PdfExport file(document, composer, request.outputPath, options);
+    const ConversionWatch watch(request.isToStop);
     Events events(border, dataBase);
     events.start();
     uint64_t done = 0;
     for (uint64_t set = 0; set < request.pageSets; ++set) {
         for (const Uid page : pages) {
             events.page(static_cast<int32_t>(done));
-            file.writePage(page);
+            if (!writePage(file, page, request)) return ExportOutcome::Stopped;
             ++done;
             if (request.progress && request.progress({done, total}) == ExportAnswer::Stop)
                 return ExportOutcome::Stopped;
