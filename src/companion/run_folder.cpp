@@ -113,7 +113,8 @@ void RunFolder::clear() {
     changed_ = lastChange(descriptor_);
 }
 
-WorkingFolder::WorkingFolder(const std::string& path) : former_(::open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+// A folder that may be passed through and not be listed is a working folder like others.
+WorkingFolder::WorkingFolder(const std::string& path) : former_(::open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)) {
     if (::chdir(path.c_str()) == 0) return;
     const int reason = errno;
     if (former_ >= 0) ::close(former_);

@@ -1,5 +1,6 @@
 #include "companion/run_folder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -84,6 +85,42 @@ TEST_F(RunFolders, TheWorkingFolderComesBack) {
     }
     EXPECT_EQ(fs::current_path(), here);
     EXPECT_THROW(WorkingFolder((base / "none").string()), Error);
+}
+
+/// Without the rights of root, which no folder keeps out.
+class AsAnybody {
+  public:
+    AsAnybody() {
+        if (former_ == 0) static_cast<void>(::seteuid(nobody));
+    }
+    ~AsAnybody() {
+        if (former_ == 0) static_cast<void>(::seteuid(former_));
+    }
+
+  private:
+    static constexpr uid_t nobody = 65534;
+    const uid_t former_ = ::geteuid();
+};
+
+TEST_F(RunFolders, AWorkingFolderThatCannotBeListedComesBackToo) {
+    const fs::path here = fs::current_path(), closed = base / "closed", pictures = base / "pictures";
+    fs::create_directory(closed);
+    fs::create_directory(pictures);
+    fs::permissions(closed, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec);
+    bool isReached = false;
+    fs::path back;
+    fs::current_path(closed);
+    {
+        const AsAnybody anybody;
+        isReached = ::faccessat(AT_FDCWD, pictures.c_str(), X_OK, AT_EACCESS) == 0;
+        if (isReached) {
+            { const WorkingFolder there(pictures); }
+            back = fs::current_path();
+        }
+    }
+    fs::current_path(here);
+    if (!isReached) GTEST_SKIP() << "the temporary folder is closed to others";
+    EXPECT_EQ(back, fs::canonical(closed));
 }
 
 TEST(BarcodeCodes, OnlyFileNamesAreDrawn) {
