@@ -75,7 +75,8 @@ void Console::writingBegins() {
 void Console::runEnded() {
     clearBar();
     if (!isQuiet_ && warnings_ > shownWarnings)
-        std::fprintf(stderr, "vornaset: warning: %llu more warnings, all of them in the file of --report.\n",
+        std::fprintf(stderr,
+                     "vornaset: warning: %llu more warnings; the report of a merge (--report) holds them all.\n",
                      static_cast<unsigned long long>(warnings_ - shownWarnings));
 }
 
