@@ -112,7 +112,10 @@ char* getControlText(QWidget* view, int32_t tag, char* buffer) {
         const WidgetPopUpButton popUp(qobject_cast<QComboBox*>(control));
         if (popUp.selectedIndex() >= 0) text = popUp.titleAt(popUp.selectedIndex());
     }
-    return text.isNull() ? nullptr : std::strcpy(buffer, text.utf8().c_str());
+    if (text.isNull()) return nullptr;
+    const std::string utf8 = text.utf8();
+    std::memcpy(buffer, utf8.c_str(), std::strlen(utf8.c_str()) + 1);
+    return buffer;
 }
 
 void setControlText(QWidget* view, int32_t tag, const char* utf8) {

@@ -86,6 +86,7 @@ void insetText(QWidget& view) {
     QTextDocument* document = nullptr;
     if (auto* text = qobject_cast<QTextEdit*>(&view)) document = text->document();
     if (auto* text = qobject_cast<QPlainTextEdit*>(&view)) document = text->document();
+    if (document == nullptr) return;
     document->setDocumentMargin(0);
     Margins::set(static_cast<QAbstractScrollArea&>(view), 0, 2);
 }

@@ -21,10 +21,11 @@ std::vector<std::shared_ptr<QWidget>>& heldObjects() {
     return objects;
 }
 
-/// The view may be put into another one, which then owns it as well: whoever ends first deletes it.
+/// The view may be put into another one, which then owns it as well: whoever ends first deletes it. One QPointer
+/// for all: an analyser that can't follow Qt's counts takes the end of a copy for the end of what it shares.
 std::shared_ptr<QWidget> shared(std::unique_ptr<QWidget> view) {
-    const QPointer<QWidget> guard(view.get());
-    return {view.release(), [guard](QWidget*) { delete guard.data(); }};
+    const auto guard = std::make_shared<const QPointer<QWidget>>(view.get());
+    return {view.release(), [guard](QWidget*) { delete guard->data(); }};
 }
 
 Nib nibOrMessage(const String& name, const Bundle& bundle) {
