@@ -106,6 +106,7 @@ class Child {
         posix_spawnattr_setpgroup(&attributes, 0);
         posix_spawnattr_setflags(&attributes, flags);
         std::vector<char*> words;
+        words.reserve(commandLine.size() + 1);
         for (const std::string& word : commandLine) words.push_back(const_cast<char*>(word.c_str()));
         words.push_back(nullptr);
         const int error = ::posix_spawnp(&process_, words[0], &actions, &attributes, words.data(), environ);

@@ -123,7 +123,7 @@ class JpegReader {
         const bool isFrame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
         if (isFrame) readFrame(marker, data);
         if (marker == 0xE0 && data.starts_with(std::string_view("JFIF\0", 5)) && data.size() >= 12) {
-            unit_ = data[7];
+            unit_ = static_cast<unsigned char>(data[7]);
             densityX_ = bigEndian16(data, 8);
             densityY_ = bigEndian16(data, 10);
         }
@@ -137,7 +137,7 @@ class JpegReader {
     void readFrame(int marker, std::string_view data) {
         if (picture_.layout.width != 0) return;
         if (data.size() < 6) throw PictureError("is damaged. Save it again");
-        const int precision = data[0];
+        const int precision = static_cast<unsigned char>(data[0]);
         // PDF knows baseline, extended and progressive frames of eight bits. ISO 32000-1, 7.4.8.
         if (marker > 0xC2 || precision != 8)
             throw PictureError("is a JPEG of a kind that a PDF can't hold. Save it as a baseline JPEG");

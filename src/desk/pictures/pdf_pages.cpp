@@ -314,7 +314,7 @@ class PdfPages final : public PictureContent {
     }
 
     /// The crop box for a page whose content can't be measured.
-    Rect paintedPart(int number, QPDFPageObjectHelper page) const {
+    Rect paintedPart(int number, const QPDFPageObjectHelper& page) const {
         const Rect crop = boxNamedBy(page, PageBox::Crop);
         const std::optional<Rect> shown = paintedBoxOf(*bytes_, number);
         if (!shown) return crop;

@@ -171,8 +171,8 @@ PictureImport PictureLibrary::import(const PictureRequest& request) {
     }
 }
 
-PictureImport PictureLibrary::importBytes(std::shared_ptr<const std::string> bytes, const std::string& name, int page,
-                                          PageBox box) {
+PictureImport PictureLibrary::importBytes(const std::shared_ptr<const std::string>& bytes, const std::string& name,
+                                          int page, PageBox box) {
     try {
         if (!bytes || bytes->empty()) throw PictureError("is empty. Save it again");
         auto file = std::make_shared<StoredFile>(std::string(), bytes, identityOf(*bytes));

@@ -40,7 +40,7 @@ class PictureLibrary {
     /// Never throws for what a file holds. A picture that can't be used costs no second reading either.
     PictureImport import(const PictureRequest& request);
     /// The same for bytes that a package carries; `name` is used in messages.
-    PictureImport importBytes(std::shared_ptr<const std::string> bytes, const std::string& name, int page = 1,
+    PictureImport importBytes(const std::shared_ptr<const std::string>& bytes, const std::string& name, int page = 1,
                               PageBox box = PageBox::Crop);
     /// The sentence of the last import() that gave no picture; empty before.
     const std::string& lastFailure() const;

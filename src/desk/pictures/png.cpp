@@ -65,9 +65,9 @@ void readChunk(std::string_view type, std::string_view data, Chunks& chunks) {
         if (data.size() < 13) throw damaged();
         chunks.width = bigEndian32(data, 0);
         chunks.height = bigEndian32(data, 4);
-        chunks.bits = data[8];
-        chunks.colourType = data[9];
-        chunks.interlaced = data[12];
+        chunks.bits = static_cast<unsigned char>(data[8]);
+        chunks.colourType = static_cast<unsigned char>(data[9]);
+        chunks.interlaced = static_cast<unsigned char>(data[12]);
     }
     if (type == "PLTE") chunks.palette = data;
     if (type == "tRNS") chunks.hasTransparency = true;
