@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <stdexcept>
 
 #include "desk/idml/item_writer.h"
 #include "desk/idml/label_writer.h"
@@ -351,8 +352,9 @@ void PackageChanges::addStory(const Story& story) {
                                           "</idPkg:Story>",
                           package_.name(), id);
     PartEditor editor(empty);
-    const SourceElement& target = isSnippet ? empty.root() : *empty.root().child("Story");
-    writeStory(editor, target, now_, StoryContent(), story.content(), [this](Uid item) { return itemXml(item); });
+    const SourceElement* target = isSnippet ? &empty.root() : empty.root().child("Story");
+    if (target == nullptr) throw std::logic_error("a new story's part holds no story");
+    writeStory(editor, *target, now_, StoryContent(), story.content(), [this](Uid item) { return itemXml(item); });
     if (isSnippet) {
         map_->editor->addLast(map_->source->root(), editor.result());
         return;

@@ -16,7 +16,8 @@ std::optional<Point> toAlignment(std::string_view text) {
     const auto found = std::find(anchors.begin(), anchors.end(), text);
     if (found == anchors.end()) return {};
     const int place = static_cast<int>(found - anchors.begin());
-    return Point{place % 3 / 2.0, place / 3 / 2.0};
+    const int column = place % 3, row = place / 3;
+    return Point{column / 2.0, row / 2.0};
 }
 
 std::optional<EmptyFrameFitting> toEmptyFrameFitting(std::string_view text) {
