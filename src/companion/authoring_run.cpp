@@ -59,7 +59,8 @@ bool isNoText(char16_t unit) {
 
 void checkText(const std::string& text, const std::string& what) {
     bool isText = firstIllFormedByte(text) == text.size();
-    for (char16_t unit : vornaset::String::fromDamagedUTF8(text).view()) isText = isText && !isNoText(unit);
+    const vornaset::String characters = vornaset::String::fromDamagedUTF8(text);
+    for (const char16_t unit : characters.view()) isText = isText && !isNoText(unit);
     if (!isText)
         throw Error(what + " holds a line end or another character that no text shows; use a column's name, in UTF-8.");
 }
