@@ -103,7 +103,7 @@ class ILayerUtils : public IPMUnknown {
 class IPageItemFactoryUtils : public IPMUnknown {
   public:
     static constexpr PMIID kDefaultIID = IID_IPAGEITEMFACTORYUTILS;
-    /// A new rectangle frame on top of its parent's items, the rectangle in pasteboard points under the matrix.
+    /// A new rectangle frame on top of its parent's items, the rectangle under the matrix in the spread's points.
     /// UIDRef::gNull when it can't be made. Attribute type 0 is a frame without content type, the number behind is 1.
     virtual UIDRef CreateRectangle(const UIDRef& parent, const PMRect& rectangle, int32_t attributeType, int32_t,
                                    const PMMatrix& matrix) = 0;
