@@ -60,7 +60,7 @@ int main(int count, char** words) {
         std::fputs(kUsageText, stderr);
         return kUsage;
     }
-#ifndef __SANITIZE_ADDRESS__  // which reserves terabytes
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which reserve terabytes
     limit(RLIMIT_AS, kMemory);
 #endif
     limit(RLIMIT_CPU, kSeconds);
