@@ -108,12 +108,9 @@ TEST_F(Failure, AFullDiskLeavesTheOldFile) {
 }
 
 TEST_F(Failure, ASmallDiskThatFillsUpLeavesTheOldFile) {
-    output("mkdir disk");
-    if (run("mount -t tmpfs -o size=64k tmpfs disk").status != 0)
-        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (!mountDisk("64k")) GTEST_SKIP() << "mounting a small disk isn\'t allowed here";
     Outcome outcome = run("echo old > disk/out.pdf; $VORNASET merge $SAMPLES/letter.idml " + people +
                           " -o disk/out.pdf --quiet; s=$?; cat disk/out.pdf; ls disk; exit $s");
-    run("umount disk");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "old\nout.pdf\n");
     EXPECT_EQ(outcome.errors.rfind("vornaset: ", 0), 0u) << outcome.errors;

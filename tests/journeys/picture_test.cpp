@@ -120,13 +120,10 @@ TEST_F(Pictures, ASlotWhoseColumnTheDataLackIsToldBeforeTheRun) {
 }
 
 TEST_F(Pictures, ADiskThatFillsWhileABarcodeIsWrittenEmptiesThatSlotAndIsReported) {
-    output("mkdir disk");
-    if (run("mount -t tmpfs -o size=40k tmpfs disk").status != 0)
-        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (!mountDisk("40k")) GTEST_SKIP() << "mounting a small disk isn\'t allowed here";
     const Outcome outcome =
         run("TMPDIR=$PWD/disk $VORNASET merge $SAMPLES/labels.idml $SAMPLES/people_100.csv -o x.pdf --report r.json");
     const std::string left = output("ls -A disk");
-    run("umount disk");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(left, "");
     EXPECT_EQ(run("qpdf --check x.pdf").status, 0);

@@ -36,7 +36,14 @@ Journey::Journey() : folder_(newFolder("journey")) {
 }
 
 Journey::~Journey() {
+    if (hasDisk_) run("umount disk");
     fs::remove_all(folder_);
+}
+
+bool Journey::mountDisk(const std::string& size) {
+    output("mkdir disk");
+    hasDisk_ = run("mount -t tmpfs -o size=" + size + " tmpfs disk").status == 0;
+    return hasDisk_;
 }
 
 Outcome Journey::run(const std::string& command) const {

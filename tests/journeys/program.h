@@ -33,6 +33,10 @@ class Journey : public testing::Test {
     /// All names in the folder, sorted, with blanks between.
     std::string names() const;
 
+    /// Puts an empty disk of that size ("64k") at the new folder "disk" until the test ends. False where the machine
+    /// doesn't allow it.
+    bool mountDisk(const std::string& size);
+
     /// Copies letter.idml to a template of another name with one text of one member replaced everywhere. Fails the test
     /// when the text isn't there. The text and its replacement are XML.
     void makeTemplate(const std::string& name, const std::string& member, const std::string& text,
@@ -43,6 +47,9 @@ class Journey : public testing::Test {
                        const std::string& namesAfter) const;
 
     std::filesystem::path folder_;
+
+  private:
+    bool hasDisk_ = false;
 };
 
 }  // namespace journeys

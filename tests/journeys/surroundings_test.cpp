@@ -105,13 +105,10 @@ TEST_F(Surroundings, APdfWhoseNameIsNoUtf8IsToldSo) {
 }
 
 TEST_F(Surroundings, AReportThatFindsNoRoomSaysThatThePdfIsThere) {
-    output("mkdir disk");
-    if (run("mount -t tmpfs -o size=8k tmpfs disk").status != 0)
-        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (!mountDisk("8k")) GTEST_SKIP() << "mounting a small disk isn\'t allowed here";
     const Outcome outcome =
         run("head -c 8192 /dev/zero > disk/fill; $VORNASET merge letter.idml rows.csv -o out.pdf --report disk/r.json");
     const std::string left = output("ls -A disk");
-    run("umount disk");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors,
               "vornaset: the report \"disk/r.json\" can't be written: the disk is full; free some space or choose "
@@ -121,13 +118,10 @@ TEST_F(Surroundings, AReportThatFindsNoRoomSaysThatThePdfIsThere) {
 }
 
 TEST_F(Surroundings, APreviewWithoutRoomSaysWhereAndWhatToDo) {
-    output("mkdir disk");
-    if (run("mount -t tmpfs -o size=8k tmpfs disk").status != 0)
-        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (!mountDisk("8k")) GTEST_SKIP() << "mounting a small disk isn\'t allowed here";
     const Outcome outcome =
         run("TMPDIR=$PWD/disk $VORNASET preview cards.idml rows.csv --images $SAMPLES --record 1 -o card.png");
     const std::string left = output("ls -A disk");
-    run("umount disk");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, "vornaset: the page can't be written into the temporary folder \"" +
                                   path("disk").string() + "\"; make room there or set TMPDIR to another folder.\n");
@@ -225,12 +219,9 @@ TEST_F(Surroundings, EveryPictureThatIsMissingIsToldWithItsReason) {
 }
 
 TEST_F(Surroundings, ABarcodeForWhichTheDiskHasNoRoomIsToldAsThat) {
-    output("mkdir disk");
-    if (run("mount -t tmpfs -o size=4k tmpfs disk").status != 0)
-        GTEST_SKIP() << "mounting a small disk isn't allowed here";
+    if (!mountDisk("4k")) GTEST_SKIP() << "mounting a small disk isn\'t allowed here";
     run("head -c 4096 /dev/zero > disk/fill");
     const Outcome outcome = run("TMPDIR=$PWD/disk $VORNASET " + labels);
-    run("umount disk");
     EXPECT_NE(outcome.output.find("the barcode can't be written into the temporary folder; is there room in \"" +
                                   path("disk").string()),
               std::string::npos)
