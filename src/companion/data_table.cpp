@@ -12,11 +12,6 @@ std::optional<std::size_t> DataTable::columnNamed(std::string_view name) const {
     return static_cast<std::size_t>(found - columns_.begin());
 }
 
-RawCell DataTable::rawCell(std::size_t row, std::size_t column) const {
-    std::vector<ScannedCell> found;
-    return rawCell(row, column, found);
-}
-
 RawCell DataTable::rawCell(std::size_t row, std::size_t column, std::vector<ScannedCell>& found) const {
     if (row >= rowOffsets_.size() || column >= columns_.size()) throw std::out_of_range("no such cell");
     if (found.empty()) found.reserve(columns_.size());
@@ -31,7 +26,8 @@ RawCell DataTable::rawCell(std::size_t row, std::size_t column, std::vector<Scan
 
 std::string DataTable::cell(std::size_t row, std::size_t column) const {
     std::string text;
-    resolveCell(rawCell(row, column), [&](std::string_view piece) { text += piece; });
+    std::vector<ScannedCell> found;
+    resolveCell(rawCell(row, column, found), [&](std::string_view piece) { text += piece; });
     return text;
 }
 

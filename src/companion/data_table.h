@@ -48,11 +48,9 @@ class DataTable {
     /// vertical tab) as one U+2028. A cell that its record lacks is empty. Throws std::out_of_range.
     std::string cell(std::size_t row, std::size_t column) const;
 
-    /// The same cell unresolved; for readers that resolve it into a form of their own by resolveCell.
-    RawCell rawCell(std::size_t row, std::size_t column) const;
-
-    /// The same cells for a reader that asks for several of one record: `found` holds those that were met so far, from
-    /// the first on, and is filled as far as this one. Begins empty, and belongs to one row.
+    /// The same cell unresolved; for readers that resolve it into a form of their own by resolveCell. `found` holds the
+    /// row's cells that were met so far, from the first on, and is filled as far as this one: who asks for several of a
+    /// row gives it again. Empty for another row.
     RawCell rawCell(std::size_t row, std::size_t column, std::vector<ScannedCell>& found) const;
 
     /// The line of the file on which a record begins, from 1. Walks the text: for messages, not for loops.

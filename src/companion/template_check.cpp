@@ -81,10 +81,12 @@ class Check {
 
     void checkStyles() {
         std::set<std::string> known(facts_.characterStyles.begin(), facts_.characterStyles.end());
+        std::vector<ScannedCell> found;
         for (std::size_t column = 0; column < table_.columns().size(); ++column) {
             if (!table_.columns()[column].starts_with('#')) continue;
             for (std::size_t row = 0; row < table_.rowCount(); ++row) {
-                if (table_.rawCell(row, column).content.empty()) continue;
+                found.clear();
+                if (table_.rawCell(row, column, found).content.empty()) continue;
                 std::string style = table_.cell(row, column);
                 if (known.insert(style).second) result_.missingStyles.emplace_back(style, row + 1);
             }
